@@ -1,0 +1,165 @@
+// ZephalSysTime: a calendar date-time, read either as local wall-clock time of
+// the process's time zone or as GMT.
+//
+// The value is a plain Gregorian reading (year down to millisecond), a flag
+// that says which clock it follows, three flags that travel with it unread,
+// and a cached daylight-saving indicator. Zone knowledge comes from the C
+// library; the value moves between clocks only through toGmtSysTime and
+// toLocalSysTime.
+//
+//   ZephalSysTime t;
+//   t.fromUnixTime64(false, 1709802303);  // 2024-03-07 09:05:03 GMT
+//   t.toLocalSysTime();                   // the same instant, local fields
+//   long long s = t.toUnixTime_gmt64();   // 1709802303 again
+//
+// Fields are public: the library's other modules and its date parser read
+// and write them directly. No operation checks their ranges unless it says so.
+#pragma once
+
+#include <time.h>
+
+#include <cstddef>
+#include <cstdint>
+
+#include "services/ZephalObject.h"
+
+// The eight calendar fields in the order and widths of Windows' SYSTEMTIME.
+struct ZephalCalendarFields {
+  uint16_t wYear;          // Gregorian year as written (2024)
+  uint16_t wMonth;         // 1 = January .. 12
+  uint16_t wDayOfWeek;     // 0 = Sunday .. 6; as fresh as the last step that wrote it
+  uint16_t wDay;           // 1 .. 31
+  uint16_t wHour;          // 0 .. 23
+  uint16_t wMinute;        // 0 .. 59
+  uint16_t wSecond;        // 0 .. 59
+  uint16_t wMilliseconds;  // 0 .. 999
+};
+
+// SYSTEMTIME as this library declares it: the eight calendar fields, then a
+// daylight-saving indicator (-1 unknown, 0 standard time, >0 summer time).
+struct _SYSTEMTIME {
+  uint16_t wYear;
+  uint16_t wMonth;
+  uint16_t wDayOfWeek;
+  uint16_t wDay;
+  uint16_t wHour;
+  uint16_t wMinute;
+  uint16_t wSecond;
+  uint16_t wMilliseconds;
+  int32_t nIsDst;
+};
+
+class ZephalSysTime : public ZephalObject {
+ public:
+  ZephalCalendarFields m_time{};
+  bool m_bLocal = false;                // fields are local wall-clock time; false: GMT
+  bool m_bFlagA = true;                 // carried flag, never interpreted here
+  bool m_bFlagB = true;                 // carried flag, never interpreted here
+  bool m_bFromUnknownTimezone = false;  // carried flag: the source stated no zone
+  int32_t m_isDst = -1;                 // getIsDst's cache: -1 unknown, 0 no, >0 yes
+
+  // ---- Record -------------------------------------------------------------
+
+  ZephalSysTime() = default;
+  ~ZephalSysTime() override = default;
+
+  // Back to the state right after construction: fields 0, GMT, flags
+  // (true, true, false), m_isDst -1.
+  void clear();
+
+  // Copies fields, m_bLocal, the carried flags and m_isDst; nothing of the base.
+  void copyFrom(const ZephalSysTime& src);
+
+  // Exchange with SYSTEMTIME: the eight fields and m_isDst <-> nIsDst.
+  // fromSYSTEMTIME keeps the carried flags and validates nothing.
+  void toSYSTEMTIME(_SYSTEMTIME& st) const;
+  void fromSYSTEMTIME(const _SYSTEMTIME& st, bool bLocal);
+
+  // Fills `t` with the fields read as local wall-clock time (whatever m_bLocal
+  // says) and normalises it with mktime, so tm_wday, tm_yday, tm_isdst,
+  // tm_gmtoff and tm_zone are the C library's. Returns mktime's count.
+  long long toTmStruct(tm& t) const;
+
+  // Loads the fields from `t` (low 16 bits of each), milliseconds 0,
+  // m_isDst -1 (tm_isdst is not taken over); the carried flags stay.
+  void fromTmStruct(bool bLocal, const tm& t);
+
+  // Days (28..31) of month wMonth in year wYear. Repairs the month first:
+  // 0 becomes 1 and 13 or more becomes 12, written back into wMonth.
+  int numDaysThisMonth();
+
+  // One second later by calendar carries, without the C library. A field
+  // already past its limit just goes up (second 60 becomes 61); wDayOfWeek,
+  // milliseconds, flags and m_isDst are left alone.
+  void addOneSecond();
+
+  // ---- Meeting the C library's tm -------------------------------------------
+  // Every step that hands the record to the C library, or loads it back, uses
+  // these three, so the rules live in one place.
+
+  // The broken-down image: a zeroed tm holding the fields (milliseconds
+  // dropped), tm_isdst -1 when it is to be read as local time, 0 as GMT.
+  void toBrokenDownImage(tm& t, bool asLocal) const;
+
+  // The broken-down load: what fromTmStruct does.
+  void brokenDownLoad(const tm& t, bool bLocal);
+
+  // The reset load: clear, then the broken-down load; the carried flags end
+  // at their defaults.
+  void resetLoad(const tm& t, bool bLocal);
+
+  // ---- Zones ----------------------------------------------------------------
+  // After any of these four, wMilliseconds is 0 and m_isDst -1.
+
+  // Local value -> the GMT reading of its instant (mktime decides a reading
+  // that a clock change skips or repeats). A GMT value is left alone.
+  void toGmtSysTime();
+  // GMT value -> local wall-clock reading. A local value is left alone.
+  // Works on the full 64-bit count, so instants before 1970 and after 2106
+  // convert too.
+  void toLocalSysTime();
+
+  // The current time, in whole seconds, with the carried flags reset.
+  void getCurrentGmt();
+  void getCurrentLocal();
+
+  // The zone's offset from GMT (seconds east, summer time included) at the
+  // value's own time. `depth` is 0 for outside callers; a GMT value is
+  // converted on a copy and answers 0 once depth reaches 2.
+  int getGmtOffsetInSeconds(int depth) const;
+  int getCurrentGmtOffsetInSeconds() const;
+
+  // Offset of the current local time minus the offset at the value's time.
+  int getDstDiff() const;
+
+  // Whether summer time applies at the fields' wall-clock reading; cached in
+  // m_isDst. Reports a year before 1901 to Psdk::badObjectFound and still answers.
+  int getIsDst();
+
+  // ---- Unix time --------------------------------------------------------------
+  // A count passed with bLocal true counts local seconds (a GMT count plus the
+  // zone's offset, as gmtUnixToLocalUnix gives it); the flag only marks the
+  // fields, nothing is shifted. Loading resets milliseconds, m_isDst and the
+  // carried flags. A count beyond the years a tm holds leaves the value as
+  // clear leaves it.
+
+  void fromUnixTime(bool bLocal, unsigned int t);  // 0 .. 2106-02-07 06:28:15
+  void fromUnixTime64(bool bLocal, long long t);
+
+  // The value's GMT count (mktime for a local value, timegm for GMT);
+  // toUnixTime_gmt keeps the low 32 bits. The value is unchanged.
+  unsigned int toUnixTime_gmt() const;
+  long long toUnixTime_gmt64() const;
+
+  // Moves the value by n seconds; the result is GMT with milliseconds 0 and
+  // the carried flags reset. n == 0 leaves the value untouched. addSeconds
+  // works on the 32-bit count: a move before 1970 stops at 1970-01-01
+  // 00:00:00, one past 2106-02-07 06:28:15 wraps. Both return true.
+  bool addSeconds(int n);
+  bool addSeconds64(long long n);
+};
+
+static_assert(sizeof(ZephalCalendarFields) == 16, "eight 16-bit fields");
+static_assert(sizeof(_SYSTEMTIME) == 20, "eight 16-bit fields, then nIsDst");
+static_assert(offsetof(_SYSTEMTIME, wMilliseconds) == 14, "SYSTEMTIME field order");
+static_assert(offsetof(_SYSTEMTIME, nIsDst) == 16, "nIsDst follows the eight fields");
