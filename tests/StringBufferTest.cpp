@@ -1,0 +1,109 @@
+#include "services/StringBuffer.h"
+#include "services/zpStdio.h"
+
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <string>
+
+namespace {
+
+bool isInline(const StringBuffer& sb) {
+  const char* self = reinterpret_cast<const char*>(&sb);
+  return sb.getString() >= self && sb.getString() < self + sizeof sb;
+}
+
+TEST(StringBuffer, GrowsPastTheInlineBytesAndBack) {
+  StringBuffer sb;
+  std::string model;
+  for (char c = 0; model.size() < 300; model += c) {
+    ASSERT_EQ(isInline(sb), model.size() < 64) << model.size();
+    c = static_cast<char>('a' + model.size() % 26);
+    ASSERT_TRUE(sb.appendChar(c));
+    ASSERT_EQ(sb.getString(), model + c);
+  }
+  StringBuffer copy(sb);
+  sb.chopAtFirstChar('c');
+  copy.append(sb);
+  EXPECT_EQ(copy.getString(), model + "ab");
+  copy = sb;
+  EXPECT_STREQ(copy.getString(), "ab");
+  sb.clear();
+  EXPECT_EQ(sb.lastChar(), '\0');
+  EXPECT_EQ(sb.charAt(0), '\0');
+}
+
+TEST(StringBuffer, AppendsItselfAcrossTheMoveToTheHeap) {
+  const std::string forty = "0123456789012345678901234567890123456789";
+  StringBuffer sb(forty.c_str());
+  ASSERT_TRUE(sb.append(sb));
+  ASSERT_TRUE(sb.appendN(sb.getString() + 1, 3));
+  ASSERT_TRUE(sb.append(sb.getString()));
+  const std::string once = forty + forty + "123";
+  EXPECT_EQ(sb.getString(), once + once);
+}
+
+// The loader's steps for a JSON date, one at a time.
+TEST(StringBuffer, JsonDateSteps) {
+  StringBuffer sb(" \t/Date(1700000000000+0100)/ \r\n");
+  sb.trim2();
+  sb.trimInsideSpaces();
+  EXPECT_STREQ(sb.getString(), "/Date(1700000000000+0100)/");
+  EXPECT_FALSE(sb.replaceFirstOccurance("date", "", false));
+  EXPECT_TRUE(sb.replaceFirstOccurance("Date", "", false));
+  EXPECT_EQ(sb.removeCharOccurances('/') + sb.removeCharOccurances('(') + sb.removeCharOccurances(')'), 4u);
+  EXPECT_STREQ(sb.getString(), "1700000000000+0100");
+  int32_t zone = 0;
+  _zpStdio::_zpSscanf1(zpStrChr(sb.getString(), '+') + 1, "%04d", &zone);
+  EXPECT_EQ(zone, 100);
+  sb.chopAtFirstChar('+');
+  EXPECT_EQ(sb.int64Value(), 1700000000000);
+}
+
+TEST(StringBuffer, Edits) {
+  const struct { const char* text; void (*edit)(StringBuffer&); std::string expected; } rows[] = {
+      {" \t a  b \r\n", [](StringBuffer& s) { s.trim2(); }, "a  b"},
+      {"\r\n", [](StringBuffer& s) { s.trim2(); }, ""},
+      {"  a \t\n b  c \t", [](StringBuffer& s) { s.trimInsideSpaces(); }, "  a b c \t"},
+      {"xDATEy", [](StringBuffer& s) { s.replaceFirstOccurance("date", "Day", true); }, "xDayy"},
+      {"aXa", [](StringBuffer& s) { s.replaceFirstOccurance("a", std::string(70, 'b').c_str(), false); },
+       std::string(70, 'b') + "Xa"},
+      {"abc", [](StringBuffer& s) { s.replaceFirstOccurance("b", s.getString(), false); }, "aabcc"},
+      {"abc", [](StringBuffer& s) { s.replaceFirstOccurance("", "x", false); }, "abc"},
+      {"abc", [](StringBuffer& s) { s.chopAtFirstChar('z'); }, "abc"},
+  };
+  for (const auto& row : rows) {
+    StringBuffer sb(row.text);
+    row.edit(sb);
+    EXPECT_EQ(sb.getString(), row.expected) << row.text;
+  }
+}
+
+TEST(StringBuffer, Numbers) {
+  const struct { const char* text; unsigned u; int64_t i; bool digitsOnly, signAllowed; } rows[] = {
+      {"1700000000", 1700000000, 1700000000, true, true},
+      {"", 0, 0, false, false},
+      {"+", 0, 0, false, false},
+      {" \t42abc", 42, 42, false, false},
+      {"12 ", 12, 12, false, false},
+      {"1-2", 1, 1, false, false},
+      {"+7", 7, 7, false, true},
+      {"-5", 0, -5, false, true},
+      {"4294967296", UINT_MAX, 4294967296, true, true},
+      {"9223372036854775808", UINT_MAX, INT64_MAX, true, true},
+      {"-9223372036854775808", 0, INT64_MIN, false, true},
+      {"-99999999999999999999999", 0, INT64_MIN, false, true},
+  };
+  for (const auto& row : rows) {
+    const StringBuffer sb(row.text);
+    EXPECT_EQ(sb.uintValue(), row.u) << row.text;
+    EXPECT_EQ(sb.int64Value(), row.i) << row.text;
+    EXPECT_EQ(sb.isDecimalNumber(true), row.digitsOnly) << row.text;
+    EXPECT_EQ(sb.isDecimalNumber(false), row.signAllowed) << row.text;
+  }
+  StringBuffer embedded;
+  embedded.appendN("1\0002", 3);
+  EXPECT_FALSE(embedded.isDecimalNumber(true));
+}
+
+}  // namespace
