@@ -1,0 +1,103 @@
+// Calendar arithmetic shared by the date parser's files (internal header).
+//
+// Proleptic Gregorian day counts in the manner of Howard Hinnant's
+// days_from_civil / civil_from_days: integer arithmetic only, no tables, no
+// C library, any year an int64_t can hold without the era product
+// overflowing (|year| < 2^50 or so; callers stay far inside that).
+//
+//   zpcivil::daysFromCivil(1970, 1, 1)  == 0
+//   zpcivil::daysFromCivil(2024, 3, 7)  == 19789
+//   zpcivil::weekdayFromDays(19789)     == 4   (Thursday)
+#pragma once
+
+#include <cstdint>
+
+namespace zpcivil {
+
+// Division rounding toward minus infinity; b > 0 and a > INT64_MIN + b.
+constexpr int64_t floorDiv(int64_t a, int64_t b) { return (a >= 0 ? a : a - (b - 1)) / b; }
+
+constexpr bool isLeapYear(int64_t y) { return y % 4 == 0 && (y % 100 != 0 || y % 400 == 0); }
+
+// m in [1, 12]. Outside February the lengths alternate 31/30 and the
+// alternation flips at August; (m + m/8) & 1 is 1 for the 31-day months.
+constexpr int daysInMonth(int64_t y, int m) {
+  return m == 2 ? (isLeapYear(y) ? 29 : 28) : 30 + ((m + (m >> 3)) & 1);
+}
+
+// Days from 1970-01-01 to y-m-d; m in [1, 12], d in [1, 31] (a day past the
+// month's end just counts on into the next month).
+constexpr int64_t daysFromCivil(int64_t y, int m, int d) {
+  y -= m <= 2;                                                    // years start in March
+  const int64_t era = (y >= 0 ? y : y - 399) / 400;               // floor(y / 400)
+  const int64_t yoe = y - era * 400;                              // [0, 399]
+  const int64_t mp = m > 2 ? m - 3 : m + 9;                       // [0, 11], March = 0
+  const int64_t doy = (153 * mp + 2) / 5 + d - 1;                 // [0, 365]
+  const int64_t doe = yoe * 365 + yoe / 4 - yoe / 100 + doy;      // [0, 146096]
+  return era * 146097 + doe - 719468;  // 719468: days from 0000-03-01 to 1970-01-01
+}
+
+struct CivilDate {
+  int64_t year;
+  int month;  // [1, 12]
+  int day;    // [1, 31]
+};
+
+constexpr CivilDate civilFromDays(int64_t z) {
+  z += 719468;                                                    // days from 0000-03-01
+  const int64_t era = (z >= 0 ? z : z - 146096) / 146097;         // floor(z / 146097)
+  const int64_t doe = z - era * 146097;                           // [0, 146096]
+  const int64_t yoe = (doe - doe / 1460 + doe / 36524 - doe / 146096) / 365;  // [0, 399]
+  const int64_t doy = doe - (365 * yoe + yoe / 4 - yoe / 100);    // [0, 365]
+  const int64_t mp = (5 * doy + 2) / 153;                         // [0, 11]
+  const int d = static_cast<int>(doy - (153 * mp + 2) / 5 + 1);   // [1, 31]
+  const int m = static_cast<int>(mp < 10 ? mp + 3 : mp - 9);      // [1, 12]
+  return CivilDate{yoe + era * 400 + (m <= 2), m, d};
+}
+
+// 0 = Sunday .. 6; 1970-01-01 was a Thursday (4).
+constexpr int weekdayFromDays(int64_t z) {
+  const int64_t r = (z + 4) % 7;  // (-7, 7)
+  return static_cast<int>(r < 0 ? r + 7 : r);
+}
+
+static_assert(daysFromCivil(2024, 3, 7) == 19789 && weekdayFromDays(19789) == 4,
+              "2024-03-07, a Thursday, is Unix day 19789");
+static_assert(civilFromDays(-719528).year == 0 && civilFromDays(-1).day == 31,
+              "0000-01-01 is day -719528; 1969-12-31 is day -1");
+
+// A date-time as a parser reads it, before it is narrowed into a record.
+struct DateTimeFields {
+  int year;
+  int month;
+  int day;
+  int hour;
+  int minute;
+  int second;  // 60 for a leap second, stored as read
+  int millis;
+};
+
+// Moves f from a reading at `offsetMinutes` east of GMT to the GMT reading of
+// the same instant and returns the GMT date's day count. The offset is whole
+// minutes, so seconds (a leap second included) and milliseconds stay as read.
+// Expects valid fields and |offsetMinutes| < 1440, so at most one day carries.
+inline int64_t shiftToGmt(DateTimeFields& f, int offsetMinutes) {
+  int64_t days = daysFromCivil(f.year, f.month, f.day);
+  if (offsetMinutes == 0) return days;
+  int mins = f.hour * 60 + f.minute - offsetMinutes;  // [-1439, 2878]
+  if (mins < 0 || mins >= 1440) {
+    const int carry = mins < 0 ? -1 : 1;
+    days += carry;
+    mins -= carry * 1440;  // [0, 1439]
+    const CivilDate c = civilFromDays(days);
+    // Only the year 0 and 9999 edges can leave [0, 9999]; callers check.
+    f.year = static_cast<int>(c.year);
+    f.month = c.month;
+    f.day = c.day;
+  }
+  f.hour = mins / 60;
+  f.minute = mins % 60;
+  return days;
+}
+
+}  // namespace zpcivil

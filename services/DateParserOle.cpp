@@ -1,0 +1,143 @@
+// OLE Automation dates and the day of the week.
+//
+// An OLE Automation date is a double: whole days since 1899-12-30 00:00:00,
+// and the time of day as the fraction. Before the epoch the whole part still
+// names the day and the fraction still counts forward from that day's
+// midnight, so the number is not a continuous count there:
+//
+//    2.25  1900-01-01 06:00:00      -1.25  1899-12-29 06:00:00
+//    0.5   1899-12-30 12:00:00      -0.5   1899-12-30 12:00:00 (the whole part is -0)
+//   -1.0   1899-12-29 00:00:00      -2.0   1899-12-28 00:00:00
+//
+// Hence the reading splits whole part and fraction before it rounds: rounding
+// -1.99999999 as one signed count of seconds would land on 1899-12-28, while
+// it is 1899-12-29 23:59:59.999, which rounds to 1899-12-30 00:00:00.
+#include <cmath>
+#include <cstdint>
+#include <limits>
+
+#include "services/CivilDays.h"
+#include "services/zpDateParser.h"
+#include "time/ZephalSysTime.h"
+
+namespace {
+
+constexpr int64_t kSecondsPerDay = 86400;
+constexpr int64_t kOleEpochDays = zpcivil::daysFromCivil(1899, 12, 30);  // -25569
+static_assert(kOleEpochDays == -25569, "1899-12-30 is 25569 days before 1970-01-01");
+
+// The format's range, as seconds from 1899-12-30 00:00:00:
+// 0100-01-01 00:00:00 (OLE -657434.0) to 9999-12-31 23:59:59.
+constexpr int64_t kFirstSecond =
+    (zpcivil::daysFromCivil(100, 1, 1) - kOleEpochDays) * kSecondsPerDay;
+constexpr int64_t kLastSecond =
+    (zpcivil::daysFromCivil(9999, 12, 31) - kOleEpochDays) * kSecondsPerDay + kSecondsPerDay - 1;
+static_assert(kFirstSecond == -657434 * kSecondsPerDay, "0100-01-01 is OLE day -657434");
+static_assert(kLastSecond / kSecondsPerDay == 2958465, "9999-12-31 is OLE day 2958465");
+
+struct OleFields {
+  int64_t year;
+  int month, day, hour, minute, second;
+  int64_t days;  // since 1970-01-01, for the day of the week and of the year
+};
+
+// Seconds from 1899-12-30 00:00:00 to the instant the date names, rounded
+// to the nearest second; false for NaN, infinities and anything outside the
+// range once rounded.
+bool oleToSeconds(double date, int64_t& seconds) {
+  // Whole days beyond these bounds cannot round back into the range; the
+  // test also refuses NaN, and makes the conversion below defined.
+  if (!(date > -657435.0 && date < 2958466.0)) return false;
+  const double whole = std::trunc(date);
+  const int64_t day = static_cast<int64_t>(whole);              // [-657434, 2958465]
+  const double fraction = std::fabs(date - whole);              // exact, [0, 1)
+  const int64_t secs = static_cast<int64_t>(fraction * kSecondsPerDay + 0.5);  // [0, 86400]
+  const int64_t s = day * kSecondsPerDay + secs;
+  if (s < kFirstSecond || s > kLastSecond) return false;
+  seconds = s;
+  return true;
+}
+
+bool oleToFields(double date, OleFields& out) {
+  int64_t s;
+  if (!oleToSeconds(date, s)) return false;
+  const int64_t dayIndex = zpcivil::floorDiv(s, kSecondsPerDay);
+  const int secs = static_cast<int>(s - dayIndex * kSecondsPerDay);  // [0, 86399]
+  out.days = dayIndex + kOleEpochDays;
+  const zpcivil::CivilDate c = zpcivil::civilFromDays(out.days);
+  out.year = c.year;
+  out.month = c.month;
+  out.day = c.day;
+  out.hour = secs / 3600;
+  out.minute = secs / 60 % 60;
+  out.second = secs % 60;
+  return true;
+}
+
+}  // namespace
+
+int _zpDateParser::DayOfWeek(int year, int month, int day) {
+  // Carry the month into the year first, then let the day count on.
+  const int64_t m0 = static_cast<int64_t>(month) - 1;
+  const int64_t yearCarry = zpcivil::floorDiv(m0, 12);
+  const int m = static_cast<int>(m0 - yearCarry * 12) + 1;  // [1, 12]
+  const int64_t first = zpcivil::daysFromCivil(year + yearCarry, m, 1);
+  return zpcivil::weekdayFromDays(first + (static_cast<int64_t>(day) - 1));
+}
+
+bool _zpDateParser::TmToVariant(unsigned short year, unsigned short month, unsigned short day,
+                                unsigned short hour, unsigned short minute, unsigned short second,
+                                double& date) {
+  // Second 60 (a leap second that a date text carried) is taken as the next
+  // second: the format has no place for it, as POSIX time has none.
+  if (year < 100 || year > 9999 || month < 1 || month > 12 || day < 1 ||
+      day > zpcivil::daysInMonth(year, month) || hour > 23 || minute > 59 || second > 60) {
+    return false;
+  }
+  const int64_t s = (zpcivil::daysFromCivil(year, month, day) - kOleEpochDays) * kSecondsPerDay +
+                    hour * 3600 + minute * 60 + second;
+  if (s > kLastSecond) return false;  // 9999-12-31 23:59:60
+  const int64_t dayIndex = zpcivil::floorDiv(s, kSecondsPerDay);
+  const double fraction = static_cast<double>(s - dayIndex * kSecondsPerDay) / kSecondsPerDay;
+  const double whole = static_cast<double>(dayIndex);
+  date = dayIndex >= 0 ? whole + fraction : whole - fraction;
+  return true;
+}
+
+bool _zpDateParser::VariantToTm(double date, tm& out) {
+  OleFields f;
+  if (!oleToFields(date, f)) return false;
+  out.tm_year = static_cast<int>(f.year - 1900);
+  out.tm_mon = f.month - 1;
+  out.tm_mday = f.day;
+  out.tm_hour = f.hour;
+  out.tm_min = f.minute;
+  out.tm_sec = f.second;
+  out.tm_wday = zpcivil::weekdayFromDays(f.days);
+  out.tm_yday = static_cast<int>(f.days - zpcivil::daysFromCivil(f.year, 1, 1));
+  return true;
+}
+
+double _zpDateParser::SystemTimeToVariant(const ZephalSysTime& value) {
+  const ZephalCalendarFields& t = value.m_time;
+  double date;
+  if (!TmToVariant(t.wYear, t.wMonth, t.wDay, t.wHour, t.wMinute, t.wSecond, date)) {
+    return std::numeric_limits<double>::quiet_NaN();
+  }
+  return date;
+}
+
+bool _zpDateParser::VariantToSystemTime(double& date, ZephalSysTime& value) {
+  OleFields f;
+  if (!oleToFields(date, f)) return false;
+  ZephalCalendarFields& t = value.m_time;
+  t.wYear = static_cast<uint16_t>(f.year);  // [100, 9999]
+  t.wMonth = static_cast<uint16_t>(f.month);
+  t.wDayOfWeek = static_cast<uint16_t>(zpcivil::weekdayFromDays(f.days));
+  t.wDay = static_cast<uint16_t>(f.day);
+  t.wHour = static_cast<uint16_t>(f.hour);
+  t.wMinute = static_cast<uint16_t>(f.minute);
+  t.wSecond = static_cast<uint16_t>(f.second);
+  t.wMilliseconds = 0;
+  return true;
+}
