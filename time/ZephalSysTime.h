@@ -23,6 +23,10 @@
 
 #include "services/ZephalObject.h"
 
+class LogBase;
+class StringBuffer;
+class XString;
+
 // The eight calendar fields in the order and widths of Windows' SYSTEMTIME.
 struct ZephalCalendarFields {
   uint16_t wYear;          // Gregorian year as written (2024)
@@ -157,6 +161,56 @@ class ZephalSysTime : public ZephalObject {
   // 00:00:00, one past 2106-02-07 06:28:15 wraps. Both return true.
   bool addSeconds(int n);
   bool addSeconds64(long long n);
+
+  // ---- Reading texts ----------------------------------------------------------
+
+  // Sets the value from a date text of unknown form, tried in this order:
+  //   /Date(1700000000000+0100)/      JSON milliseconds; the suffix moves whole hours
+  //   2024-03-07T09:05:03Z            Atom (RFC 3339), when the date parser takes it
+  //   20240307090503.123Z             GeneralizedTime with a fraction (dropped)
+  //   1700000000                      Unix seconds; bLocal marks them local
+  //   240307090503Z                   UTCTime, pivot 50
+  //   20240307090503Z                 GeneralizedTime
+  //   Thu, 07 Mar 2024 09:05:03 GMT   RFC 822 and whatever else the date parser reads
+  // A JSON count may be negative (/Date(-86400000)/ is 1969-12-31) and is not
+  // limited to 32 bits. False only when the last form is refused; the value
+  // then holds whatever the parsers left in it. The text is not changed.
+  bool loadAnyFormat(bool bLocal, StringBuffer& text);
+
+  // Loads UTCTime (240307090503Z, years 00-49 are 20xx) as GMT; m_isDst -1,
+  // wDayOfWeek, milliseconds and carried flags untouched. A null text, or one
+  // too short to hold the six fields, gives false and changes nothing.
+  bool fromAsnUtcDateTime(const char* text, LogBase& log);
+
+  // Loads the fields of an X.509 time: GeneralizedTime (20240307090503Z) when
+  // bGeneralizedTime, else UTCTime. Computes wDayOfWeek; m_bLocal, m_isDst,
+  // milliseconds and carried flags stay, so a local value stays local.
+  // Reads nothing past the seconds. A null or too short text gives false and
+  // changes nothing; otherwise true.
+  bool fromX509(const char* text, bool bGeneralizedTime, LogBase& log);
+
+  // The date parser's RFC 822 reading (see _zpDateParser::parseRFC822Date).
+  bool setFromRfc822String(const char* text, LogBase& log);
+
+  // ---- Writing texts ----------------------------------------------------------
+
+  // Appends the ISO 8601 basic UTC timestamp, 20240307T090503Z. A local value
+  // is converted on a copy; the value is unchanged.
+  void getIso8601Timestamp(StringBuffer& out) const;
+
+  // Appends UTCTime, 240307090503Z (year modulo 100), and returns the append's
+  // result. A local value is converted to GMT in place first.
+  bool getAsnUtcDateTime(StringBuffer& out);
+
+  // Append the RFC 822 text, "Thu, 07 Mar 2024 09:05:03 GMT" (a local value
+  // with its numeric offset instead of GMT).
+  bool getRfc822String(StringBuffer& out);
+  void getRfc822StringX(XString& out);
+
+  // One log context named `tag`: "gmtDateTime" or "localDateTime" with
+  // "3/7/2024 9:05:03" (the fields as they stand), then "fromUnknownTimezone" 1
+  // when that flag is set.
+  void logSysTime(const char* tag, LogBase& log) const;
 };
 
 static_assert(sizeof(ZephalCalendarFields) == 16, "eight 16-bit fields");

@@ -1,0 +1,105 @@
+// The free-form loader: tells the date text forms apart by cheap tests on
+// the text, in a fixed order, and hands each to its reader.
+//
+//   /Date(1700000000000+0100)/      JSON milliseconds, optional zone suffix
+//   2024-03-07T09:05:03Z            Atom: >= 2 '-', exactly 2 ':', >= 1 'T'
+//   20240307090503.123Z             19 bytes, '.' at 14, ends in Z
+//   1700000000                      digits only: Unix seconds
+//   240307090503Z                   13 bytes, no '-' or ':', ends in Z
+//   20240307090503Z                 15 bytes, no '-' or ':', ends in Z
+//   Thu, 07 Mar 2024 09:05:03 GMT   anything else: the RFC 822 parser
+#include "services/LogBase.h"
+#include "services/StringBuffer.h"
+#include "services/zpDateParser.h"
+#include "services/zpStdio.h"
+#include "time/ZephalSysTime.h"
+
+namespace {
+
+constexpr char kGeneralizedFields[] = "%04d%02d%02d%02d%02d%02d";  // 20240307090503
+
+// Reads a "%04d" zone suffix after `sign` ("+0530" is 530); 0 when none scans.
+// `sign` is null when the buffer's sign lies past an embedded zero byte.
+int zoneSuffix(const char* sign) {
+  int32_t hhmm = 0;
+  if (sign != nullptr) _zpStdio::_zpSscanf1(sign + 1, "%04d", &hhmm);
+  return hhmm;
+}
+
+// Unix seconds of a JSON date text such as /Date(1700000000000-0500)/,
+// worked out on a copy. The zone suffix moves the instant by whole hours
+// only ("+0530" counts as 5 h), and milliseconds are dropped.
+long long jsonUnixSeconds(const StringBuffer& text) {
+  StringBuffer copy;
+  copy.append(text);
+  copy.trim2();
+  copy.trimInsideSpaces();
+  copy.replaceFirstOccurance("Date", "", false);
+  copy.removeCharOccurances('/');
+  copy.removeCharOccurances('(');
+  copy.removeCharOccurances(')');
+
+  // A count before 1970 brings its own '-', which is no zone suffix.
+  const bool beforeEpoch = copy.charAt(0) == '-';
+  if (beforeEpoch) copy.replaceFirstOccurance("-", "", false);
+
+  int zone = 0;  // hhmm east of GMT
+  if (copy.containsChar('-')) {
+    zone = -zoneSuffix(zpStrChr(copy.getString(), '-'));
+    copy.chopAtFirstChar('-');
+  } else if (copy.containsChar('+')) {
+    zone = zoneSuffix(zpStrChr(copy.getString(), '+'));
+    copy.chopAtFirstChar('+');
+  }
+  const int hours = zone / 100;
+  const long long seconds = copy.int64Value() / 1000;
+  return (beforeEpoch ? -seconds : seconds) - hours * 3600LL;
+}
+
+}  // namespace
+
+bool ZephalSysTime::loadAnyFormat(bool bLocal, StringBuffer& text) {
+  if (text.containsSubstring("Date(") && text.containsChar('/')) {
+    fromUnixTime64(false, jsonUnixSeconds(text));
+    return true;
+  }
+
+  const unsigned int colons = text.countCharOccurances(':');
+  const unsigned int dashes = text.countCharOccurances('-');
+  const unsigned int tees = text.countCharOccurances('T');
+  if (dashes >= 2 && colons == 2 && tees >= 1 &&
+      _zpDateParser::AtomDateToSysTime(text, *this, nullptr)) {
+    return true;
+  }
+
+  const unsigned int size = text.getSize();
+  const char last = text.lastChar();
+  if (size == 19 && last == 'Z' && text.charAt(14) == '.') {
+    int32_t f[6];
+    if (_zpStdio::_zpSscanf6(text.getString(), kGeneralizedFields, &f[0], &f[1], &f[2], &f[3],
+                             &f[4], &f[5]) == 6) {
+      // The fraction is dropped and no day of the week is computed here.
+      clear();
+      m_time.wYear = static_cast<uint16_t>(f[0]);
+      m_time.wMonth = static_cast<uint16_t>(f[1]);
+      m_time.wDay = static_cast<uint16_t>(f[2]);
+      m_time.wHour = static_cast<uint16_t>(f[3]);
+      m_time.wMinute = static_cast<uint16_t>(f[4]);
+      m_time.wSecond = static_cast<uint16_t>(f[5]);
+      return true;
+    }
+  }
+
+  if (text.isDecimalNumber(true)) {
+    fromUnixTime(bLocal, text.uintValue());
+    return true;
+  }
+
+  LogNull discard;
+  const bool asnShape = dashes == 0 && colons == 0 && last == 'Z';
+  if (asnShape && (size == 13 || size == 15)) {
+    fromX509(text.getString(), size == 15, discard);
+    return true;
+  }
+  return _zpDateParser::parseRFC822Date(text.getString(), *this, discard);
+}

@@ -1,0 +1,123 @@
+// Fixed text layouts: the ISO 8601 basic timestamp, ASN.1 UTCTime and
+// GeneralizedTime, RFC 822 (through the date parser), and the log record.
+#include <cstring>
+
+#include "services/LogBase.h"
+#include "services/StringBuffer.h"
+#include "services/XString.h"
+#include "services/zpDateParser.h"
+#include "services/zpStdio.h"
+#include "time/ZephalSysTime.h"
+
+namespace {
+
+constexpr char kIso8601Basic[] = "%04w%02w%02wT%02w%02w%02wZ";  // 20240307T090503Z
+constexpr char kUtcTime[] = "%02d%02d%02d%02d%02d%02dZ";         // 240307090503Z
+constexpr char kLogText[] = "%w/%w/%w %w:%02w:%02w";              // 3/7/2024 9:05:03
+constexpr unsigned int kTextCapacity = 80;
+constexpr unsigned int kLogCapacity = 100;
+
+// The six fields of an ASN.1 time as read, before narrowing.
+struct AsnFields {
+  unsigned int year, month, day, hour, minute, second;
+};
+
+// Reads UTCTime (yymmddhhmmss, two-digit year with the pivot 50) or, with
+// fourDigitYear, GeneralizedTime (yyyymmddhhmmss). Nothing after the seconds
+// is read. False for a null text or one too short for the fields, measured
+// first so that no read passes the terminating zero.
+bool readAsnFields(const char* text, bool fourDigitYear, AsnFields& f) {
+  const unsigned int yearDigits = fourDigitYear ? 4 : 2;
+  if (text == nullptr || strnlen(text, yearDigits + 10) < yearDigits + 10) return false;
+  unsigned int scratch = 0;
+  f.year = zpUIntValueN(text, yearDigits, scratch);
+  const char* p = text + yearDigits;
+  f.month = zpUIntValueN(p, 2, scratch);
+  f.day = zpUIntValueN(p + 2, 2, scratch);
+  f.hour = zpUIntValueN(p + 4, 2, scratch);
+  f.minute = zpUIntValueN(p + 6, 2, scratch);
+  f.second = zpUIntValueN(p + 8, 2, scratch);
+  if (!fourDigitYear) f.year += f.year < 50 ? 2000 : 1900;
+  return true;
+}
+
+void storeAsnFields(const AsnFields& f, ZephalCalendarFields& out) {
+  out.wYear = static_cast<uint16_t>(f.year);
+  out.wMonth = static_cast<uint16_t>(f.month);
+  out.wDay = static_cast<uint16_t>(f.day);
+  out.wHour = static_cast<uint16_t>(f.hour);
+  out.wMinute = static_cast<uint16_t>(f.minute);
+  out.wSecond = static_cast<uint16_t>(f.second);
+}
+
+void appendIso8601(const ZephalCalendarFields& f, StringBuffer& out) {
+  char text[kTextCapacity];
+  _zpStdio::_zpSprintf6(text, kTextCapacity, kIso8601Basic, &f.wYear, &f.wMonth, &f.wDay,
+                        &f.wHour, &f.wMinute, &f.wSecond);
+  out.append(text);
+}
+
+}  // namespace
+
+void ZephalSysTime::getIso8601Timestamp(StringBuffer& out) const {
+  if (!m_bLocal) {
+    appendIso8601(m_time, out);
+    return;
+  }
+  ZephalSysTime gmt;
+  gmt.copyFrom(*this);
+  gmt.toGmtSysTime();
+  appendIso8601(gmt.m_time, out);
+}
+
+bool ZephalSysTime::getAsnUtcDateTime(StringBuffer& out) {
+  if (m_bLocal) toGmtSysTime();
+  const int32_t fields[6] = {m_time.wYear % 100, m_time.wMonth,  m_time.wDay,
+                             m_time.wHour,       m_time.wMinute, m_time.wSecond};
+  char text[kTextCapacity];
+  _zpStdio::_zpSprintf6(text, kTextCapacity, kUtcTime, &fields[0], &fields[1], &fields[2],
+                        &fields[3], &fields[4], &fields[5]);
+  return out.append(text);
+}
+
+bool ZephalSysTime::fromAsnUtcDateTime(const char* text, LogBase& /*log*/) {
+  AsnFields f;
+  if (!readAsnFields(text, false, f)) return false;
+  storeAsnFields(f, m_time);
+  m_bLocal = false;
+  m_isDst = -1;
+  return true;
+}
+
+bool ZephalSysTime::fromX509(const char* text, bool bGeneralizedTime, LogBase& /*log*/) {
+  AsnFields f;
+  if (!readAsnFields(text, bGeneralizedTime, f)) return false;
+  storeAsnFields(f, m_time);
+  m_time.wDayOfWeek =
+      static_cast<uint16_t>(_zpDateParser::DayOfWeek(m_time.wYear, m_time.wMonth, m_time.wDay));
+  return true;
+}
+
+bool ZephalSysTime::setFromRfc822String(const char* text, LogBase& log) {
+  return _zpDateParser::parseRFC822Date(text, *this, log);
+}
+
+bool ZephalSysTime::getRfc822String(StringBuffer& out) {
+  return _zpDateParser::generateDateRFC822(*this, out);
+}
+
+void ZephalSysTime::getRfc822StringX(XString& out) {
+  StringBuffer text;
+  _zpDateParser::generateDateRFC822(*this, text);
+  out.appendUtf8(text.getString());
+}
+
+void ZephalSysTime::logSysTime(const char* tag, LogBase& log) const {
+  log.EnterContext(tag, 1);
+  char text[kLogCapacity];
+  _zpStdio::_zpSprintf6(text, kLogCapacity, kLogText, &m_time.wMonth, &m_time.wDay,
+                        &m_time.wYear, &m_time.wHour, &m_time.wMinute, &m_time.wSecond);
+  log.LogDataStr(m_bLocal ? "localDateTime" : "gmtDateTime", text);
+  if (m_bFromUnknownTimezone) log.LogDataLong("fromUnknownTimezone", 1);
+  log.LeaveContext();
+}
