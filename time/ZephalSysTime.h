@@ -26,6 +26,7 @@
 class LogBase;
 class StringBuffer;
 class XString;
+class ZephalFileTime;
 
 // The eight calendar fields in the order and widths of Windows' SYSTEMTIME.
 struct ZephalCalendarFields {
@@ -211,6 +212,40 @@ class ZephalSysTime : public ZephalObject {
   // "3/7/2024 9:05:03" (the fields as they stand), then "fromUnknownTimezone" 1
   // when that flag is set.
   void logSysTime(const char* tag, LogBase& log) const;
+
+  // ---- Legacy formats and day arithmetic -------------------------------------
+
+  // The value's GMT seconds and carried flags into `ft`; the value is unchanged.
+  void toFileTime_gmt(ZephalFileTime& ft) const;
+
+  // MS-DOS date and time words (date: bits 0-4 day, 5-8 month, 9-15 year-1980;
+  // time: bits 0-4 second/2, 5-10 minute, 11-15 hour). Reading marks the value
+  // local with m_bFromUnknownTimezone; a date word with day 0 or month outside
+  // 1..12 gives the current GMT time instead. Writing converts the value to
+  // local time in place first when bLocal, clamps its year to 1980..2037 in
+  // place, and rounds an odd second up. The log pointers are not used.
+  void fromDosDateTime(unsigned short dosDate, unsigned short dosTime, LogBase* log);
+  void toDosDateTime(bool bLocal, unsigned short& dosDate, unsigned short& dosTime, LogBase* log);
+
+  // OLE Automation dates (days since 1899-12-30, to the second). toOleDate
+  // converts the value itself to local time (bLocal) or GMT first. fromOleDate
+  // marks the fields local or GMT without shifting them; false, and no change,
+  // for a date outside 0100-01-01 .. 9999-12-31 23:59:59 or not a number.
+  double toOleDate(bool bLocal);
+  bool fromOleDate(bool bLocal, double date);
+
+  // Moves the wall-clock fields by n days through the OLE date (the zone flag
+  // stays, so a local value keeps its time of day across a clock change);
+  // m_isDst becomes -1. Always true.
+  bool addDays(int n);
+
+  // Calendar days from the value's date (its fields as they stand) to today's
+  // GMT date: 0 today, 1 yesterday, -1 tomorrow; -9999 out of range.
+  int getNumDaysOld() const;
+
+  // Converts both values to GMT in place; true when this one is later by at
+  // least a whole second.
+  bool isAfter(ZephalSysTime& other);
 };
 
 static_assert(sizeof(ZephalCalendarFields) == 16, "eight 16-bit fields");
