@@ -158,6 +158,28 @@ int scan(const char* text, const char* format, void* const* targets, int targetC
   return stored;
 }
 
+// The conversions of date texts ("%02w", "%04w", "%02d") with a value that
+// fills exactly the width and room to spare: pairs of digits copied
+// straight out. Returns the new `next`, or null to take the general path.
+char* printPaddedFast(char* next, const char* last, const char* p, const void* argument) {
+  if (p[0] != '0' || (p[1] != '2' && p[1] != '4') || (p[2] != 'w' && p[2] != 'd') ||
+      argument == nullptr || last - next < 4) {
+    return nullptr;
+  }
+  const int32_t value = p[2] == 'w' ? *static_cast<const uint16_t*>(argument)
+                                    : *static_cast<const int32_t*>(argument);
+  if (p[1] == '2' && value >= 0 && value < 100) {
+    std::memcpy(next, kDigitPairs + 2 * value, 2);
+    return next + 2;
+  }
+  if (p[1] == '4' && value >= 0 && value < 10000) {
+    std::memcpy(next, kDigitPairs + 2 * (value / 100), 2);
+    std::memcpy(next + 2, kDigitPairs + 2 * (value % 100), 2);
+    return next + 4;
+  }
+  return nullptr;
+}
+
 }  // namespace
 
 // A conversion whose argument is null is copied as written, like an unknown
@@ -175,6 +197,14 @@ unsigned int _zpStdio::_zpSprintf6(char* out, unsigned int capacity, const char*
       p += (*p == '%') ? 2 : 1;
       *next++ = p[-1];
       continue;
+    }
+    if (used < kArgumentCount) {
+      if (char* const fast = printPaddedFast(next, last, p + 1, arguments[used])) {
+        next = fast;
+        ++used;
+        p += 4;
+        continue;
+      }
     }
     Conversion c;
     const char* const end = readConversion(p + 1, &c);
