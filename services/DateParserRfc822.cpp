@@ -44,6 +44,7 @@
 #include "services/LogBase.h"
 #include "services/StringBuffer.h"
 #include "services/zpDateParser.h"
+#include "services/zpStdio.h"
 #include "time/ZephalSysTime.h"
 
 namespace {
@@ -461,9 +462,42 @@ inline const char* readMonthFirst(const char* p, Reading& r) {
   return readZoneAndEnd(p, r);
 }
 
+// "Thu, 07 Mar 2024 09:05:03 " by position: most mail and all HTTP dates.
+// Null, with nothing reported, for anything else (a byte out of place, a
+// name or field out of range), which the general reader then takes; so this
+// changes how fast, never what, is read. The && chain stops at the first
+// byte that does not match, so a terminating zero ends it.
+inline const char* readFixedRfc1123(const char* p, Reading& r) {
+  if (!(isLetter(p[0]) && isLetter(p[1]) && isLetter(p[2]) && p[3] == ',' && p[4] == ' ' &&
+        isDigit(p[5]) && isDigit(p[6]) && p[7] == ' ' && isLetter(p[8]) && isLetter(p[9]) &&
+        isLetter(p[10]) && p[11] == ' ' && isDigit(p[12]) && isDigit(p[13]) && isDigit(p[14]) &&
+        isDigit(p[15]) && p[16] == ' ' && isDigit(p[17]) && isDigit(p[18]) && p[19] == ':' &&
+        isDigit(p[20]) && isDigit(p[21]) && p[22] == ':' && isDigit(p[23]) && isDigit(p[24]) &&
+        p[25] == ' ')) {
+    return nullptr;
+  }
+  const auto key3 = [](const char* q) {
+    return static_cast<uint64_t>(letterIndex(q[0]) + 1) << 10 |
+           static_cast<uint64_t>(letterIndex(q[1]) + 1) << 5 | (letterIndex(q[2]) + 1);
+  };
+  const auto two = [](const char* q) { return (q[0] - '0') * 10 + (q[1] - '0'); };
+  const int month = monthFromKey(key3(p + 8));
+  const int hour = two(p + 17), minute = two(p + 20), second = two(p + 23);
+  if (!isDayName(key3(p)) || month == 0 || hour > 23 || minute > 59 || second > 60) return nullptr;
+  r.f.day = two(p + 5);
+  r.f.month = month;
+  r.f.year = two(p + 12) * 100 + two(p + 14);
+  r.f.hour = hour;
+  r.f.minute = minute;
+  r.f.second = second;
+  r.f.millis = 0;
+  return p + 25;
+}
+
 inline const char* readDate(const char* p, Reading& r) {
   p = skipCfws(p, r);
   if (!p) return nullptr;
+  if (const char* q = readFixedRfc1123(p, r)) return readZoneAndEnd(q, r);
   bool dayName = false;
   if (isLetter(*p)) {
     uint64_t key;
@@ -510,17 +544,6 @@ __attribute__((cold, noinline)) bool reject(LogBase& log, const char* why, const
   return false;
 }
 
-inline char* putDigits(char* p, unsigned v, int minWidth) {
-  char tmp[10];
-  int n = 0;
-  do {
-    tmp[n++] = static_cast<char>('0' + v % 10);
-    v /= 10;
-  } while (v != 0);
-  while (n < minWidth) tmp[n++] = '0';
-  while (n > 0) *p++ = tmp[--n];
-  return p;
-}
 
 }  // namespace
 
@@ -569,20 +592,20 @@ bool _zpDateParser::generateDateRFC822(ZephalSysTime& value, StringBuffer& out) 
   *p++ = name[2];
   *p++ = ',';
   *p++ = ' ';
-  p = putDigits(p, t.wDay, 2);
+  p = zpPutDigits(p, t.wDay, 2);
   *p++ = ' ';
   name = kMonths + 3 * (t.wMonth - 1);
   *p++ = name[0];
   *p++ = name[1];
   *p++ = name[2];
   *p++ = ' ';
-  p = putDigits(p, t.wYear, 4);
+  p = zpPutDigits(p, t.wYear, 4);
   *p++ = ' ';
-  p = putDigits(p, t.wHour, 2);
+  p = zpPutDigits(p, t.wHour, 2);
   *p++ = ':';
-  p = putDigits(p, t.wMinute, 2);
+  p = zpPutDigits(p, t.wMinute, 2);
   *p++ = ':';
-  p = putDigits(p, t.wSecond, 2);
+  p = zpPutDigits(p, t.wSecond, 2);
   *p++ = ' ';
   if (!value.m_bLocal) {
     *p++ = 'G';
@@ -593,9 +616,8 @@ bool _zpDateParser::generateDateRFC822(ZephalSysTime& value, StringBuffer& out) 
     // Seconds of an offset (old local mean times) are dropped, not rounded.
     const unsigned mins = static_cast<unsigned>(offset < 0 ? -offset : offset) / 60;
     *p++ = offset < 0 ? '-' : '+';
-    p = putDigits(p, mins / 60 % 100, 2);
-    p = putDigits(p, mins % 60, 2);
+    p = zpPutDigits(p, mins / 60 % 100, 2);
+    p = zpPutDigits(p, mins % 60, 2);
   }
-  *p = '\0';
-  return out.append(buf);
+  return out.appendN(buf, static_cast<unsigned>(p - buf));
 }

@@ -35,11 +35,7 @@ const char* readConversion(const char* p, Conversion* c) {
   return p;
 }
 
-// "00" to "99": two digits per division halves the divisions.
-constexpr char kDigitPairs[] =
-    "00010203040506070809101112131415161718192021222324252627282930313233343536373839"
-    "40414243444546474849505152535455565758596061626364656667686970717273747576777879"
-    "8081828384858687888990919293949596979899";
+using zp_detail::kDigitPairs;
 
 // Longest printed number: a width of 9, or "-2147483648".
 constexpr int kMaxNumberLength = 11;
@@ -159,8 +155,8 @@ int scan(const char* text, const char* format, void* const* targets, int targetC
 }
 
 // The conversions of date texts ("%02w", "%04w", "%02d") with a value that
-// fills exactly the width and room to spare: pairs of digits copied
-// straight out. Returns the new `next`, or null to take the general path.
+// fits the width, and room to spare: digit pairs straight out. Returns the
+// new `next`, or null to take the general path.
 char* printPaddedFast(char* next, const char* last, const char* p, const void* argument) {
   if (p[0] != '0' || (p[1] != '2' && p[1] != '4') || (p[2] != 'w' && p[2] != 'd') ||
       argument == nullptr || last - next < 4) {
@@ -168,16 +164,9 @@ char* printPaddedFast(char* next, const char* last, const char* p, const void* a
   }
   const int32_t value = p[2] == 'w' ? *static_cast<const uint16_t*>(argument)
                                     : *static_cast<const int32_t*>(argument);
-  if (p[1] == '2' && value >= 0 && value < 100) {
-    std::memcpy(next, kDigitPairs + 2 * value, 2);
-    return next + 2;
-  }
-  if (p[1] == '4' && value >= 0 && value < 10000) {
-    std::memcpy(next, kDigitPairs + 2 * (value / 100), 2);
-    std::memcpy(next + 2, kDigitPairs + 2 * (value % 100), 2);
-    return next + 4;
-  }
-  return nullptr;
+  const unsigned width = static_cast<unsigned>(p[1] - '0');
+  if (value < 0 || value >= (width == 2 ? 100 : 10000)) return nullptr;
+  return zpPutDigits(next, static_cast<uint32_t>(value), width);
 }
 
 }  // namespace
@@ -240,6 +229,14 @@ unsigned int zpUIntValueN(const char* text, unsigned int count, unsigned int& sc
   }
   scratch = n;
   return value;
+}
+
+char* zp_detail::putDigitsAnyWidth(char* out, uint32_t value, unsigned minDigits) {
+  const unsigned digits = digitCount(value);
+  char* const end = out + (digits > minDigits ? digits : minDigits);
+  fill(out, '0', static_cast<unsigned>(end - out) - digits);
+  writeDigits(end, value);
+  return end;
 }
 
 const char* zpStrChr(const char* text, int ch) {

@@ -7,13 +7,20 @@
 #include "services/XString.h"
 #include "services/zpDateParser.h"
 #include "services/zpStdio.h"
+#include "time/AsnDigits.h"
 #include "time/ZephalSysTime.h"
 
 namespace {
 
-constexpr char kIso8601Basic[] = "%04w%02w%02wT%02w%02w%02wZ";  // 20240307T090503Z
-constexpr char kUtcTime[] = "%02d%02d%02d%02d%02d%02dZ";         // 240307090503Z
-constexpr char kLogText[] = "%w/%w/%w %w:%02w:%02w";              // 3/7/2024 9:05:03
+using zp_asn::allDigits;
+using zp_asn::digitsValue;
+
+// The two exchange layouts are written digit by digit (zpPutDigits prints
+// what "%0Nw" prints): interpreting a format costs more than the rest of the
+// work together.
+//   ISO 8601 basic  %04w%02w%02wT%02w%02w%02wZ   20240307T090503Z
+//   UTCTime         %02d%02d%02d%02d%02d%02dZ    240307090503Z
+constexpr char kLogText[] = "%w/%w/%w %w:%02w:%02w";  // 3/7/2024 9:05:03
 constexpr unsigned int kTextCapacity = 80;
 constexpr unsigned int kLogCapacity = 100;
 
@@ -29,14 +36,19 @@ struct AsnFields {
 bool readAsnFields(const char* text, bool fourDigitYear, AsnFields& f) {
   const unsigned int yearDigits = fourDigitYear ? 4 : 2;
   if (text == nullptr || strnlen(text, yearDigits + 10) < yearDigits + 10) return false;
+  // Digits only, the usual case, need none of zpUIntValueN's stops.
+  const bool digitsOnly = allDigits(text, yearDigits + 10);
   unsigned int scratch = 0;
-  f.year = zpUIntValueN(text, yearDigits, scratch);
+  auto field = [&](const char* p, unsigned int n) {
+    return digitsOnly ? digitsValue(p, n) : zpUIntValueN(p, n, scratch);
+  };
+  f.year = field(text, yearDigits);
   const char* p = text + yearDigits;
-  f.month = zpUIntValueN(p, 2, scratch);
-  f.day = zpUIntValueN(p + 2, 2, scratch);
-  f.hour = zpUIntValueN(p + 4, 2, scratch);
-  f.minute = zpUIntValueN(p + 6, 2, scratch);
-  f.second = zpUIntValueN(p + 8, 2, scratch);
+  f.month = field(p, 2);
+  f.day = field(p + 2, 2);
+  f.hour = field(p + 4, 2);
+  f.minute = field(p + 6, 2);
+  f.second = field(p + 8, 2);
   if (!fourDigitYear) f.year += f.year < 50 ? 2000 : 1900;
   return true;
 }
@@ -52,9 +64,15 @@ void storeAsnFields(const AsnFields& f, ZephalCalendarFields& out) {
 
 void appendIso8601(const ZephalCalendarFields& f, StringBuffer& out) {
   char text[kTextCapacity];
-  _zpStdio::_zpSprintf6(text, kTextCapacity, kIso8601Basic, &f.wYear, &f.wMonth, &f.wDay,
-                        &f.wHour, &f.wMinute, &f.wSecond);
-  out.append(text);
+  char* p = zpPutDigits(text, f.wYear, 4);
+  p = zpPutDigits(p, f.wMonth, 2);
+  p = zpPutDigits(p, f.wDay, 2);
+  *p++ = 'T';
+  p = zpPutDigits(p, f.wHour, 2);
+  p = zpPutDigits(p, f.wMinute, 2);
+  p = zpPutDigits(p, f.wSecond, 2);
+  *p++ = 'Z';
+  out.appendN(text, static_cast<unsigned int>(p - text));
 }
 
 }  // namespace
@@ -72,12 +90,13 @@ void ZephalSysTime::getIso8601Timestamp(StringBuffer& out) const {
 
 bool ZephalSysTime::getAsnUtcDateTime(StringBuffer& out) {
   if (m_bLocal) toGmtSysTime();
-  const int32_t fields[6] = {m_time.wYear % 100, m_time.wMonth,  m_time.wDay,
-                             m_time.wHour,       m_time.wMinute, m_time.wSecond};
+  const uint32_t fields[6] = {m_time.wYear % 100u, m_time.wMonth,  m_time.wDay,
+                              m_time.wHour,        m_time.wMinute, m_time.wSecond};
   char text[kTextCapacity];
-  _zpStdio::_zpSprintf6(text, kTextCapacity, kUtcTime, &fields[0], &fields[1], &fields[2],
-                        &fields[3], &fields[4], &fields[5]);
-  return out.append(text);
+  char* p = text;
+  for (uint32_t field : fields) p = zpPutDigits(p, field, 2);
+  *p++ = 'Z';
+  return out.appendN(text, static_cast<unsigned int>(p - text));
 }
 
 bool ZephalSysTime::fromAsnUtcDateTime(const char* text, LogBase& /*log*/) {
