@@ -35,10 +35,14 @@
 #if ZP_BENCH_HHDATE
 // date.h's from_stream leaves a long double unset on paths that fail the
 // stream; g++ -O3 reports it through the inlining.
+#if defined(__clang__)
+#include <date/date.h>
+#else
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
 #include <date/date.h>
 #pragma GCC diagnostic pop
+#endif
 #endif
 
 namespace zpbench {

@@ -4,8 +4,6 @@
 
 #include <climits>
 
-namespace {
-
 TEST(LogRecorder, RendersNestedContextsAndLongs) {
   LogRecorder recorder;
   LogBase& log = recorder;
@@ -18,14 +16,6 @@ TEST(LogRecorder, RendersNestedContextsAndLongs) {
   log.LeaveContext();  // unmatched: ignored
   log.LogDataStr("after", nullptr);
   EXPECT_EQ(recorder.render(),
-            "expires:\n"
-            "  gmtDateTime: 3/7/2024 9:05:03\n"
-            "  inner:\n"
-            "    n: 0\n"
-            "    n: -1\n"
-            "    n: 9223372036854775807\n"
-            "    n: -9223372036854775808\n"
-            "after: \n");
+            "expires:\n  gmtDateTime: 3/7/2024 9:05:03\n  inner:\n    n: 0\n    n: -1\n"
+            "    n: 9223372036854775807\n    n: -9223372036854775808\nafter: \n");
 }
-
-}  // namespace

@@ -2,7 +2,12 @@
 // starts a comment line. Each table names the script that generated it.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <cstdint>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -11,11 +16,46 @@ namespace zptest {
 using Row = std::vector<std::string>;
 
 // Rows of tests/data/<name>; fails the calling test when the file is missing.
-std::vector<Row> readTable(const std::string& name);
+inline std::vector<Row> readTable(const std::string& name) {
+  std::vector<Row> rows;
+  std::ifstream in(std::string(ZP_TEST_DATA_DIR) + "/" + name);
+  EXPECT_TRUE(in.good()) << "missing table " << name;
+  for (std::string line; std::getline(in, line);) {
+    if (line.empty() || line[0] == '#') continue;
+    std::istringstream fields(line);  // no table ends a row with an empty field
+    rows.emplace_back();
+    for (std::string field; std::getline(fields, field, '\t');) rows.back().push_back(field);
+  }
+  EXPECT_FALSE(rows.empty()) << "empty table " << name;
+  return rows;
+}
 
-int64_t toInt(const std::string& field);
+inline int64_t toInt(const std::string& field) { return std::stoll(field); }
+
+// n integer columns of a row, from column `at` on.
+inline std::vector<int> intsOf(const Row& row, size_t at, size_t n) {
+  std::vector<int> out;
+  for (size_t i = at; i < at + n; ++i) out.push_back(static_cast<int>(toInt(row.at(i))));
+  return out;
+}
 
 // The TZ of this run, "" when unset.
-std::string currentTz();
+inline std::string currentTz() {
+  const char* tz = std::getenv("TZ");
+  return tz ? tz : "";
+}
+
+// Rows of a per-zone table (column 0 the TZ, column 1 the kind; "" any) for this run's TZ.
+inline std::vector<Row> zoneRows(const std::string& name, const std::string& kind) {
+  std::vector<Row> rows;
+  for (Row& r : readTable(name)) {
+    if (r[0] == currentTz() && (kind.empty() || r[1] == kind)) rows.push_back(std::move(r));
+  }
+  return rows;
+}
 
 }  // namespace zptest
+
+// For a zone the tables do not know (TZ unset, say) there is nothing to compare.
+#define ZP_SKIP_IF_NO_ROWS(rows) \
+  if ((rows).empty()) GTEST_SKIP() << "no table rows for TZ '" << zptest::currentTz() << "'"

@@ -58,6 +58,14 @@ def truncated_seconds(count_since_1970):
 
 # ---- FILETIME and ticks -------------------------------------------------------------
 
+# Published constants anchor the arithmetic: .NET's DateTime.cs (UnixEpochTicks,
+# FileTimeOffset = ticks at 1601-01-01, MaxTicks = 9999-12-31 23:59:59.9999999)
+# and Microsoft's time_t-to-FILETIME recipe (adds 116444736000000000).
+assert intervals(EPOCH, datetime(1, 1, 1)) == 621355968000000000
+assert intervals(datetime(1601, 1, 1), datetime(1, 1, 1)) == 504911232000000000
+assert intervals(datetime(9999, 12, 31, 23, 59, 59, 999999), datetime(1, 1, 1)) + 9 == 3155378975999999999
+assert intervals(EPOCH, datetime(1601, 1, 1)) == 116444736000000000
+
 SECONDS = [
     datetime(1970, 1, 1), datetime(1970, 1, 1, 0, 0, 1), datetime(1969, 12, 31, 23, 59, 59),
     datetime(2009, 6, 15, 13, 45, 30), datetime(2000, 3, 1), datetime(2024, 3, 7, 9, 5, 3),
@@ -177,10 +185,12 @@ def header_words(zf, info):
 def dos_rows():
     rows = []
     read_back = {}
+    words = {}
     with zipfile.ZipFile(ZIP) as zf:
         for info in zf.infolist():
             date_word, time_word, mtime = header_words(zf, info)
             read_back[info.filename] = info.date_time
+            words[info.filename] = [date_word, time_word]
             written = datetime.fromisoformat(ZIP_ENTRIES[info.filename])
             if written.year < 2038:  # the field is signed 32-bit
                 assert EPOCH + timedelta(seconds=mtime) == written
@@ -190,7 +200,7 @@ def dos_rows():
             rows.append([kind, info.filename] + fields(written) + [date_word, time_word] +
                         list(info.date_time) + [sunday0(datetime(*info.date_time)), unix32])
     for record, source in CLAMPED:
-        rows.append(["clamped", source] + list(record) + [0, 0] + list(read_back[source]) +
+        rows.append(["clamped", source] + list(record) + words[source] + list(read_back[source]) +
                     [sunday0(datetime(*read_back[source])), 0])
     return rows
 
@@ -262,7 +272,7 @@ def main():
           "unix | filetime high low | ticks | Y M D h m s wday", instant_rows())
     write("filetime_reads.tsv", "kind high low | seconds (ticks: low holds the count)", read_rows())
     write("dos_words.tsv",
-          "kind entry | record Y M D h m s | date time words (zip: raw header) | "
+          "kind entry | record Y M D h m s | date time words (the entry's raw header) | "
           "zipfile date_time Y M D h m s | wday | UTC seconds low 32 bits", dos_rows())
     rows = []
     for tz, name in ZONES.items():

@@ -573,6 +573,18 @@ def datetime_to_ole(dt):
     return day + secs / 86400 if day >= 0 else day - secs / 86400
 
 
+# .NET's DateTime.ToOADate / FromOADate documentation (Remarks) anchors this
+# model: 1899-12-31 is 1.0, 1900-01-01 06:00 is 2.25, 1899-12-29 is -1.0 and
+# 06:00 that day -1.25; the range runs from midnight, 1 January 0100
+# (-657434.0) to the last moment of 9999-12-31 (2958465.99998843 to the second).
+PUBLISHED_OLE = [(0.0, OLE_EPOCH), (1.0, datetime(1899, 12, 31)), (2.25, datetime(1900, 1, 1, 6)),
+                 (-1.0, datetime(1899, 12, 29)), (-1.25, datetime(1899, 12, 29, 6)),
+                 (36526.5, datetime(2000, 1, 1, 12)), (-657434.0, OLE_FIRST),
+                 (2958465.99998843, OLE_LAST)]
+for _v, _dt in PUBLISHED_OLE:
+    assert ole_to_datetime(_v) == _dt and round(datetime_to_ole(_dt), 8) == _v, _v
+
+
 def tm_columns(dt):
     if dt is None:
         return ("refused",)
@@ -588,7 +600,8 @@ def ole_tables(rng):
     samples = [OLE_FIRST, OLE_LAST, OLE_EPOCH, datetime(1899, 12, 29, 6),
                datetime(1899, 12, 29, 23, 59, 59), datetime(1900, 1, 1, 6),
                datetime(1900, 2, 28, 12), datetime(1900, 3, 1), datetime(2000, 1, 1, 12),
-               datetime(2000, 2, 29, 23, 59, 59), datetime(1970, 1, 1)]
+               datetime(2000, 2, 29, 23, 59, 59), datetime(1970, 1, 1),
+               datetime(1899, 12, 31), datetime(1899, 12, 29)]
     samples += [OLE_FIRST + timedelta(seconds=rng.randrange(span + 1)) for _ in range(300)]
     samples += [OLE_EPOCH + timedelta(seconds=rng.randrange(-86400 * 40, 86400 * 40))
                 for _ in range(60)]
@@ -604,9 +617,24 @@ def ole_tables(rng):
     doubles += [rng.uniform(-3.0, 3.0) for _ in range(60)]
     for v in doubles:
         rows.append(("read", repr(v)) + tm_columns(ole_to_datetime(v)))
+    # Fields to a double ("fields"): impossible dates and the range's edges.
+    # Second 60, as a date text may carry it, is the next second.
+    fields = [(99, 12, 31, 0, 0, 0), (100, 1, 1, 0, 0, 0), (10000, 1, 1, 0, 0, 0),
+              (2024, 0, 1, 0, 0, 0), (2024, 13, 1, 0, 0, 0), (2024, 2, 30, 0, 0, 0),
+              (2023, 2, 29, 0, 0, 0), (2024, 3, 0, 0, 0, 0), (2024, 3, 7, 24, 0, 0),
+              (2024, 3, 7, 9, 60, 0), (2024, 3, 7, 9, 5, 61), (2016, 12, 31, 23, 59, 60),
+              (9999, 12, 31, 23, 59, 60), (9999, 12, 31, 23, 59, 59)]
+    for f in fields:
+        try:
+            dt = datetime(*f[:5], min(f[5], 59)) + timedelta(seconds=f[5] - min(f[5], 59))
+        except (ValueError, OverflowError):
+            dt = None
+        ok = dt is not None and f[5] <= 60 and OLE_FIRST <= dt <= OLE_LAST
+        rows.append(("fields", repr(datetime_to_ole(dt)) if ok else "refused") + f)
     write("ole_dates.tsv",
           ["kind (both: fields <-> double exactly; read: double -> fields), OLE date,",
-           "then year month day hour minute second weekday(0=Sun) yday(0-based), or 'refused'"],
+           "then year month day hour minute second weekday(0=Sun) yday(0-based), or 'refused';",
+           "fields: fields -> double, the double or 'refused', then year month day hour minute second"],
           rows)
 
 
