@@ -185,7 +185,8 @@ bool StringBuffer::isDecimalNumber(bool digitsOnly) const {
   const char* p = m_data;
   const char* end = m_data + m_size;
   if (!digitsOnly && p != end && (*p == '+' || *p == '-')) ++p;
-  return p != end && std::all_of(p, end, isDigit);
+  // The last byte first: date texts that are not numbers mostly end in a letter.
+  return p != end && isDigit(end[-1]) && std::all_of(p, end, isDigit);
 }
 
 unsigned int StringBuffer::uintValue() const {

@@ -13,7 +13,7 @@
 namespace {
 
 using zp_asn::allDigits;
-using zp_asn::digitsValue;
+using zp_asn::twoDigits;
 
 // The two exchange layouts are written digit by digit (zpPutDigits prints
 // what "%0Nw" prints): interpreting a format costs more than the rest of the
@@ -39,16 +39,14 @@ bool readAsnFields(const char* text, bool fourDigitYear, AsnFields& f) {
   // Digits only, the usual case, need none of zpUIntValueN's stops.
   const bool digitsOnly = allDigits(text, yearDigits + 10);
   unsigned int scratch = 0;
-  auto field = [&](const char* p, unsigned int n) {
-    return digitsOnly ? digitsValue(p, n) : zpUIntValueN(p, n, scratch);
-  };
-  f.year = field(text, yearDigits);
+  auto field = [&](const char* p) { return digitsOnly ? twoDigits(p) : zpUIntValueN(p, 2, scratch); };
+  f.year = fourDigitYear ? 100 * field(text) + field(text + 2) : field(text);
   const char* p = text + yearDigits;
-  f.month = field(p, 2);
-  f.day = field(p + 2, 2);
-  f.hour = field(p + 4, 2);
-  f.minute = field(p + 6, 2);
-  f.second = field(p + 8, 2);
+  f.month = field(p);
+  f.day = field(p + 2);
+  f.hour = field(p + 4);
+  f.minute = field(p + 6);
+  f.second = field(p + 8);
   if (!fourDigitYear) f.year += f.year < 50 ? 2000 : 1900;
   return true;
 }
