@@ -18,6 +18,7 @@
 #include <cstdint>
 
 #include "services/CivilDays.h"
+#include "services/ParsedReading.h"
 #include "services/StringBuffer.h"
 #include "services/zpDateParser.h"
 #include "time/ZephalSysTime.h"
@@ -107,18 +108,7 @@ bool _zpDateParser::AtomDateToSysTime(const StringBuffer& text, ZephalSysTime& v
   const int64_t days = zpcivil::shiftToGmt(f, offset);
   if (f.year < 0 || f.year > 9999) return false;
 
-  ZephalCalendarFields& t = value.m_time;
-  t.wYear = static_cast<uint16_t>(f.year);
-  t.wMonth = static_cast<uint16_t>(f.month);
-  t.wDayOfWeek = static_cast<uint16_t>(zpcivil::weekdayFromDays(days));
-  t.wDay = static_cast<uint16_t>(f.day);
-  t.wHour = static_cast<uint16_t>(f.hour);
-  t.wMinute = static_cast<uint16_t>(f.minute);
-  t.wSecond = static_cast<uint16_t>(f.second);
-  t.wMilliseconds = static_cast<uint16_t>(f.millis);
-  value.m_bLocal = false;
-  value.m_bFromUnknownTimezone = unknownZone;
-  value.m_isDst = -1;
+  zpcivil::storeGmtReading(f, days, unknownZone, value);
   if (extra) *extra = offset;
   return true;
 }

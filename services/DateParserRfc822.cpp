@@ -41,6 +41,7 @@
 #include <cstdint>
 
 #include "services/CivilDays.h"
+#include "services/ParsedReading.h"
 #include "services/LogBase.h"
 #include "services/StringBuffer.h"
 #include "services/zpDateParser.h"
@@ -562,18 +563,7 @@ bool _zpDateParser::parseRFC822Date(const char* text, ZephalSysTime& value, LogB
   const int64_t days = zpcivil::shiftToGmt(f, r.zoneKnown ? r.offset : 0);
   if (f.year < 0 || f.year > 9999) return reject(log, "year out of range", text);
 
-  ZephalCalendarFields& t = value.m_time;
-  t.wYear = static_cast<uint16_t>(f.year);
-  t.wMonth = static_cast<uint16_t>(f.month);
-  t.wDayOfWeek = static_cast<uint16_t>(zpcivil::weekdayFromDays(days));
-  t.wDay = static_cast<uint16_t>(f.day);
-  t.wHour = static_cast<uint16_t>(f.hour);
-  t.wMinute = static_cast<uint16_t>(f.minute);
-  t.wSecond = static_cast<uint16_t>(f.second);
-  t.wMilliseconds = static_cast<uint16_t>(f.millis);
-  value.m_bLocal = false;
-  value.m_bFromUnknownTimezone = !r.zoneKnown;
-  value.m_isDst = -1;
+  zpcivil::storeGmtReading(f, days, !r.zoneKnown, value);
   return true;
 }
 
