@@ -63,14 +63,27 @@ std::vector<tm> gmtTms(const std::vector<long long>& instants) {
   return tms;
 }
 
-template <Form F>
+std::vector<ZephalSysTime> localValues(const std::vector<long long>& instants) {
+  std::vector<ZephalSysTime> values = gmtValues(instants);
+  for (ZephalSysTime& v : values) v.toLocalSysTime();
+  return values;
+}
+
+// Ours on GMT values, or on local ones, which go through mktime: the ISO
+// text on a copy, UTCTime by converting the value itself (so each write then
+// starts from a fresh copy), RFC 822 with the offset mktime finds.
+template <Form F, bool Local = false>
 class OursWriter {
  public:
-  explicit OursWriter(const std::vector<long long>& instants) : m_values(gmtValues(instants)) {}
+  explicit OursWriter(const std::vector<long long>& instants)
+      : m_values(Local ? localValues(instants) : gmtValues(instants)) {}
   void write(std::size_t i) {
     m_out.clear();
     if constexpr (F == Form::kIso8601) {
       m_values[i].getIso8601Timestamp(m_out);
+    } else if constexpr (F == Form::kUtcTime && Local) {
+      m_work.copyFrom(m_values[i]);
+      m_work.getAsnUtcDateTime(m_out);
     } else if constexpr (F == Form::kUtcTime) {
       m_values[i].getAsnUtcDateTime(m_out);
     } else {
@@ -81,6 +94,7 @@ class OursWriter {
 
  private:
   std::vector<ZephalSysTime> m_values;
+  ZephalSysTime m_work;
   StringBuffer m_out;
 };
 
@@ -423,63 +437,6 @@ void registerLoaders() {
 
 // ---- Local paths ------------------------------------------------------------------------
 
-std::vector<ZephalSysTime> localValues(const std::vector<long long>& instants) {
-  std::vector<ZephalSysTime> values = gmtValues(instants);
-  for (ZephalSysTime& v : values) v.toLocalSysTime();
-  return values;
-}
-
-// The ISO text of a local value: converted to GMT on a copy through mktime.
-class OursLocalIso8601Writer {
- public:
-  explicit OursLocalIso8601Writer(const std::vector<long long>& instants)
-      : m_values(localValues(instants)) {}
-  void write(std::size_t i) {
-    m_out.clear();
-    m_values[i].getIso8601Timestamp(m_out);
-  }
-  std::string text() const { return m_out.getString(); }
-
- private:
-  std::vector<ZephalSysTime> m_values;
-  StringBuffer m_out;
-};
-
-// getAsnUtcDateTime converts a local value in place, so each write starts
-// from a fresh copy.
-class OursLocalUtcTimeWriter {
- public:
-  explicit OursLocalUtcTimeWriter(const std::vector<long long>& instants)
-      : m_values(localValues(instants)) {}
-  void write(std::size_t i) {
-    m_out.clear();
-    m_work.copyFrom(m_values[i]);
-    m_work.getAsnUtcDateTime(m_out);
-  }
-  std::string text() const { return m_out.getString(); }
-
- private:
-  std::vector<ZephalSysTime> m_values;
-  ZephalSysTime m_work;
-  StringBuffer m_out;
-};
-
-// A local value's RFC 822 text carries its offset, found by mktime.
-class OursLocalRfc822Writer {
- public:
-  explicit OursLocalRfc822Writer(const std::vector<long long>& instants)
-      : m_values(localValues(instants)) {}
-  void write(std::size_t i) {
-    m_out.clear();
-    m_values[i].getRfc822String(m_out);
-  }
-  std::string text() const { return m_out.getString(); }
-
- private:
-  std::vector<ZephalSysTime> m_values;
-  StringBuffer m_out;
-};
-
 // The C library's way from local wall-clock fields to a GMT text.
 class MktimeStrftimeWriter {
  public:
@@ -537,11 +494,11 @@ class MktimeStrftimeRfc822Writer {
 };
 
 void registerLocalPaths() {
-  registerWriter<OursLocalIso8601Writer>("BM_LocalIso8601_Ours", "%Y%m%dT%H%M%SZ");
+  registerWriter<OursWriter<Form::kIso8601, true>>("BM_LocalIso8601_Ours", "%Y%m%dT%H%M%SZ");
   registerWriter<MktimeStrftimeWriter>("BM_LocalIso8601_MktimeStrftime", "%Y%m%dT%H%M%SZ");
-  registerWriter<OursLocalUtcTimeWriter>("BM_LocalUtcTime_Ours", "%y%m%d%H%M%SZ");
-  registerWriter<OursLocalRfc822Writer>("BM_LocalRfc822_Ours", "%a, %d %b %Y %H:%M:%S %z",
-                                        strftimeLocal);
+  registerWriter<OursWriter<Form::kUtcTime, true>>("BM_LocalUtcTime_Ours", "%y%m%d%H%M%SZ");
+  registerWriter<OursWriter<Form::kRfc1123, true>>("BM_LocalRfc822_Ours",
+                                                   "%a, %d %b %Y %H:%M:%S %z", strftimeLocal);
   registerWriter<MktimeStrftimeRfc822Writer>("BM_LocalRfc822_MktimeStrftime",
                                              "%a, %d %b %Y %H:%M:%S %z", strftimeLocal);
   // The local flag only marks the fields: no zone conversion happens here.

@@ -325,19 +325,20 @@ inline const char* readZone(const char* p, Reading& r) {
   return failWith(r, len == 0 ? "unexpected character" : "unknown zone name");
 }
 
-// What may follow the time: nothing, or a zone; then only white space and
-// comments.
+// The end of a date: only white space and comments may follow.
+inline const char* readEnd(const char* p, Reading& r) {
+  p = skipCfws(p, r);
+  if (!p) return nullptr;
+  return *p == '\0' ? p : failWith(r, "text after the date");
+}
+
+// What may follow the time: nothing, or a zone; then the end.
 inline const char* readZoneAndEnd(const char* p, Reading& r) {
   p = skipCfws(p, r);
   if (!p) return nullptr;
-  if (*p != '\0') {
-    p = readZone(p, r);
-    if (!p) return nullptr;
-    p = skipCfws(p, r);
-    if (!p) return nullptr;
-    if (*p != '\0') return failWith(r, "text after the date");
-  }
-  return p;
+  if (*p == '\0') return p;
+  p = readZone(p, r);
+  return p ? readEnd(p, r) : nullptr;
 }
 
 inline const char* readMonthName(const char* p, Reading& r) {
@@ -452,11 +453,7 @@ inline const char* readMonthFirst(const char* p, Reading& r) {
     p = needCfws(p, r, "expected a space after the zone");
     if (!p) return nullptr;
     p = readYear(p, r);
-    if (!p) return nullptr;
-    p = skipCfws(p, r);
-    if (!p) return nullptr;
-    if (*p != '\0') return failWith(r, "text after the date");
-    return p;
+    return p ? readEnd(p, r) : nullptr;
   }
   p = readYear(p, r);
   if (!p) return nullptr;

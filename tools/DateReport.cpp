@@ -115,6 +115,35 @@ void appendJsonString(const char* s, std::string& out) {
   out += '"';
 }
 
+// Every form of one value as text, for the block and the JSON object.
+struct Forms {
+  std::string iso, utcTime, rfc822Gmt, rfc822Local, unixTime;
+  std::string fileTime, fileTimeHigh, fileTimeLow, ticks, dosDate, dosTime, ole, dayOfWeek;
+};
+
+Forms formsOf(const ZephalSysTime& value) {
+  Forms f;
+  StringBuffer iso;
+  value.getIso8601Timestamp(iso);
+  f.iso = textOf(iso);
+  f.utcTime = utcTimeOf(value);
+  f.rfc822Gmt = rfc822Of(value, false);
+  f.rfc822Local = rfc822Of(value, true);
+  f.unixTime = std::to_string(value.toUnixTime_gmt64());
+  const ZephalFileTime fileTime = fileTimeOf(value);
+  f.fileTime = std::to_string(fileTimeCount(fileTime));
+  f.fileTimeHigh = hex(fileTime.getHighDateTime(), 8);
+  f.fileTimeLow = hex(fileTime.getLowDateTime(), 8);
+  f.ticks = std::to_string(fileTime.getDateTimeTicks());
+  unsigned short dosDate = 0, dosTime = 0;
+  dosOf(value, dosDate, dosTime);
+  f.dosDate = hex(dosDate, 4);
+  f.dosTime = hex(dosTime, 4);
+  f.ole = doubleText(oleOf(value));
+  f.dayOfWeek = dayOfWeekOf(value);
+  return f;
+}
+
 }  // namespace
 
 bool formByName(const char* name, Form& form) {
@@ -142,27 +171,20 @@ void appendBlock(const char* input, const ZephalSysTime& value, std::string& out
     out += text;
     out += '\n';
   };
-  StringBuffer iso;
-  value.getIso8601Timestamp(iso);
-  const ZephalFileTime fileTime = fileTimeOf(value);
-  unsigned short dosDate = 0, dosTime = 0;
-  dosOf(value, dosDate, dosTime);
-
+  const Forms f = formsOf(value);
   out += input;
   out += '\n';
   line("read as", readingOf(value));
-  line("ISO 8601", textOf(iso));
-  line("UTCTime", utcTimeOf(value));
-  line("RFC 822 GMT", rfc822Of(value, false));
-  line("RFC 822 local", rfc822Of(value, true));
-  line("Unix seconds", std::to_string(value.toUnixTime_gmt64()));
-  line("FILETIME", std::to_string(fileTimeCount(fileTime)) + " (high " +
-                       hex(fileTime.getHighDateTime(), 8) + ", low " +
-                       hex(fileTime.getLowDateTime(), 8) + ")");
-  line(".NET ticks", std::to_string(fileTime.getDateTimeTicks()));
-  line("DOS local", "date " + hex(dosDate, 4) + ", time " + hex(dosTime, 4));
-  line("OLE date", doubleText(oleOf(value)));
-  line("day of week", dayOfWeekOf(value));
+  line("ISO 8601", f.iso);
+  line("UTCTime", f.utcTime);
+  line("RFC 822 GMT", f.rfc822Gmt);
+  line("RFC 822 local", f.rfc822Local);
+  line("Unix seconds", f.unixTime);
+  line("FILETIME", f.fileTime + " (high " + f.fileTimeHigh + ", low " + f.fileTimeLow + ")");
+  line(".NET ticks", f.ticks);
+  line("DOS local", "date " + f.dosDate + ", time " + f.dosTime);
+  line("OLE date", f.ole);
+  line("day of week", f.dayOfWeek);
   out += "  log:\n";
   const std::string log = logOf(value);
   for (size_t start = 0; start < log.size();) {
@@ -183,28 +205,23 @@ void appendJson(const char* input, const ZephalSysTime& value, std::string& out)
       out += raw;
     }
   };
-  StringBuffer iso;
-  value.getIso8601Timestamp(iso);
-  const ZephalFileTime fileTime = fileTimeOf(value);
-  unsigned short dosDate = 0, dosTime = 0;
-  dosOf(value, dosDate, dosTime);
-
+  const Forms f = formsOf(value);
   out += '{';
   field("input", input, true);
   field("readAs", readingOf(value), true);
-  field("iso8601", textOf(iso), true);
-  field("utcTime", utcTimeOf(value), true);
-  field("rfc822Gmt", rfc822Of(value, false), true);
-  field("rfc822Local", rfc822Of(value, true), true);
-  field("unix", std::to_string(value.toUnixTime_gmt64()), false);
-  field("fileTime", std::to_string(fileTimeCount(fileTime)), false);
-  field("fileTimeHigh", hex(fileTime.getHighDateTime(), 8), true);
-  field("fileTimeLow", hex(fileTime.getLowDateTime(), 8), true);
-  field("ticks", std::to_string(fileTime.getDateTimeTicks()), false);
-  field("dosDate", hex(dosDate, 4), true);
-  field("dosTime", hex(dosTime, 4), true);
-  field("ole", doubleText(oleOf(value)), false);
-  field("dayOfWeek", dayOfWeekOf(value), true);
+  field("iso8601", f.iso, true);
+  field("utcTime", f.utcTime, true);
+  field("rfc822Gmt", f.rfc822Gmt, true);
+  field("rfc822Local", f.rfc822Local, true);
+  field("unix", f.unixTime, false);
+  field("fileTime", f.fileTime, false);
+  field("fileTimeHigh", f.fileTimeHigh, true);
+  field("fileTimeLow", f.fileTimeLow, true);
+  field("ticks", f.ticks, false);
+  field("dosDate", f.dosDate, true);
+  field("dosTime", f.dosTime, true);
+  field("ole", f.ole, false);
+  field("dayOfWeek", f.dayOfWeek, true);
   out += '}';
 }
 
