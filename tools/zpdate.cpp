@@ -12,12 +12,13 @@
 #include "services/StringBuffer.h"
 #include "time/ZephalFileTime.h"
 #include "time/ZephalSysTime.h"
+#include "time/ZephalTimeVersion.h"
 #include "tools/DateReport.h"
 #include "tools/LineIo.h"
 
 namespace {
 
-constexpr char kVersion[] = "zpdate (zephal-time) 0.1.0\n";
+constexpr char kVersion[] = "zpdate (zephal-time) " ZEPHAL_TIME_VERSION "\n";
 
 constexpr char kHelp[] =
     "Usage: zpdate [OPTION]... [TEXT]...\n"
