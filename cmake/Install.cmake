@@ -1,11 +1,16 @@
-# Installs headers and library with an exported package: find_package(zephal-time) gives zephal::time.
+# Installs the library, its headers under include/zephal/, a CMake package
+# (find_package(zephal-time) gives zephal::time) and a pkg-config file.
 include(CMakePackageConfigHelpers)
 
 install(TARGETS zephal_time EXPORT zephal-time-targets
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
-  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
-install(DIRECTORY time services DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+set(_zp_include_dir ${CMAKE_INSTALL_INCLUDEDIR}/zephal)
+install(DIRECTORY time services DESTINATION ${_zp_include_dir}
   FILES_MATCHING PATTERN "*.h")
+install(FILES ${zephal_generated_include}/time/ZephalTimeVersion.h
+  DESTINATION ${_zp_include_dir}/time)
 
 set(_zp_cmake_dir ${CMAKE_INSTALL_LIBDIR}/cmake/zephal-time)
 install(EXPORT zephal-time-targets NAMESPACE zephal::
@@ -16,3 +21,24 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/zephal-time-config-versio
   COMPATIBILITY SameMinorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/zephal-time-config.cmake
   ${PROJECT_BINARY_DIR}/zephal-time-config-version.cmake DESTINATION ${_zp_cmake_dir})
+
+# The .pc file finds its prefix from where it lies (${pcfiledir}), so a tree
+# installed with --prefix, moved, or packaged under /usr works as it is. An
+# absolute install directory is written as given.
+set(_zp_pc_dir ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+if(IS_ABSOLUTE ${_zp_pc_dir})
+  set(_zp_pc_prefix ${CMAKE_INSTALL_PREFIX})
+else()
+  file(RELATIVE_PATH _zp_up /${_zp_pc_dir} /)  # "../../", one per level
+  string(REGEX REPLACE "/$" "" _zp_up ${_zp_up})
+  set(_zp_pc_prefix "\${pcfiledir}/${_zp_up}")
+endif()
+set(_zp_pc_libdir ${CMAKE_INSTALL_LIBDIR})
+set(_zp_pc_includedir ${_zp_include_dir})
+foreach(_zp_var _zp_pc_libdir _zp_pc_includedir)
+  if(NOT IS_ABSOLUTE ${${_zp_var}})
+    set(${_zp_var} "\${prefix}/${${_zp_var}}")
+  endif()
+endforeach()
+configure_file(cmake/zephal-time.pc.in ${PROJECT_BINARY_DIR}/zephal-time.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/zephal-time.pc DESTINATION ${_zp_pc_dir})
