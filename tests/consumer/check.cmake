@@ -1,5 +1,11 @@
-# Installs the library into a scratch prefix, then configures, builds and runs
-# the consumer project against it.
+# The library as a user's project meets it, one way in per CHECK:
+#   find_package      an installed tree, found by a CMake project
+#   shared_library    an installed tree, linked into a user's shared library
+#   pkg_config        an installed tree, compiled with pkg-config's flags alone
+#   add_subdirectory  the source tree inside a user's project, built shared
+#                     (SONAME checked) with GoogleTest out of reach; that
+#                     project's install holds nothing of ours
+# Each check works in its own scratch folder, so they may run in parallel.
 function(run)
   execute_process(COMMAND ${ARGV} RESULT_VARIABLE rc)
   if(rc)
@@ -7,12 +13,62 @@ function(run)
   endif()
 endfunction()
 
-set(stage ${BUILD_DIR}/install-check/stage)
-set(build ${BUILD_DIR}/install-check/build)
-file(REMOVE_RECURSE ${BUILD_DIR}/install-check)
+set(scratch ${BUILD_DIR}/install-check/${CHECK})
+set(stage ${scratch}/stage)
+set(build ${scratch}/build)
+file(REMOVE_RECURSE ${scratch})
+
+# Configures and builds tests/consumer/<dir> with the compiler and flags
+# (sanitizers included) of the build under test.
+function(build_consumer dir)
+  run(${CMAKE_COMMAND} -S ${SOURCE_DIR}/tests/consumer/${dir} -B ${build} -G Ninja
+      -DCMAKE_CXX_COMPILER=${CXX} "-DCMAKE_CXX_FLAGS=${CXX_FLAGS}"
+      "-DCMAKE_EXE_LINKER_FLAGS=${LINKER_FLAGS}"
+      "-DCMAKE_SHARED_LINKER_FLAGS=${SHARED_LINKER_FLAGS}" ${ARGN})
+  run(${CMAKE_COMMAND} --build ${build})
+endfunction()
+
+if(CHECK STREQUAL "add_subdirectory")
+  build_consumer(subdirectory -DZEPHAL_TIME_SOURCE_DIR=${SOURCE_DIR}
+    -DCMAKE_DISABLE_FIND_PACKAGE_GTest=ON -DBUILD_SHARED_LIBS=ON)
+  run(${build}/readme_example)
+  if(READELF)  # ELF platforms
+    execute_process(COMMAND ${READELF} -d ${build}/zephal-time/libzephal_time.so
+      OUTPUT_VARIABLE dynamic)
+    if(NOT dynamic MATCHES "soname: \\[libzephal_time\\.so\\.${SOVERSION}\\]")
+      message(FATAL_ERROR "expected the SONAME libzephal_time.so.${SOVERSION}:\n${dynamic}")
+    endif()
+  endif()
+  run(${CMAKE_COMMAND} --install ${build} --prefix ${stage})
+  file(GLOB_RECURSE installed RELATIVE ${stage} ${stage}/*)
+  if(NOT installed STREQUAL "bin/readme_example")
+    message(FATAL_ERROR "the user's install holds more than its program: ${installed}")
+  endif()
+  return()
+endif()
+
 run(${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${stage})
-run(${CMAKE_COMMAND} -S ${SOURCE_DIR}/tests/consumer -B ${build} -G Ninja
-    -DCMAKE_PREFIX_PATH=${stage} -DCMAKE_CXX_COMPILER=${CXX}
-    "-DCMAKE_CXX_FLAGS=${CXX_FLAGS}" "-DCMAKE_EXE_LINKER_FLAGS=${LINKER_FLAGS}")
-run(${CMAKE_COMMAND} --build ${build})
-run(${build}/readme_example)
+if(CHECK STREQUAL "find_package")
+  build_consumer(. -DCMAKE_PREFIX_PATH=${stage})
+  run(${build}/readme_example)
+elseif(CHECK STREQUAL "shared_library")
+  build_consumer(shared -DCMAKE_PREFIX_PATH=${stage})
+  run(${build}/host)
+elseif(CHECK STREQUAL "pkg_config")
+  if(NOT PKG_CONFIG)
+    message("pkg-config not found: nothing checked")
+    return()
+  endif()
+  set(ENV{PKG_CONFIG_LIBDIR} ${stage}/${LIBDIR}/pkgconfig)  # the stage alone
+  execute_process(COMMAND ${PKG_CONFIG} --cflags --libs zephal-time
+    OUTPUT_VARIABLE pc_flags OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+  separate_arguments(pc_flags UNIX_COMMAND "${pc_flags}")
+  separate_arguments(cxx_flags UNIX_COMMAND "${CXX_FLAGS}")
+  separate_arguments(linker_flags UNIX_COMMAND "${LINKER_FLAGS}")
+  file(MAKE_DIRECTORY ${build})
+  run(${CXX} ${cxx_flags} -std=c++17 ${SOURCE_DIR}/tests/consumer/main.cpp ${pc_flags}
+      ${linker_flags} -o ${build}/readme_example)
+  run(${build}/readme_example)
+else()
+  message(FATAL_ERROR "unknown CHECK '${CHECK}'")
+endif()
