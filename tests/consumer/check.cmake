@@ -68,6 +68,7 @@ elseif(CHECK STREQUAL "pkg_config")
   file(MAKE_DIRECTORY ${build})
   run(${CXX} ${cxx_flags} -std=c++17 ${SOURCE_DIR}/tests/consumer/main.cpp ${pc_flags}
       ${linker_flags} -o ${build}/readme_example)
+  set(ENV{LD_LIBRARY_PATH} ${stage}/${LIBDIR})  # for a shared build
   run(${build}/readme_example)
 else()
   message(FATAL_ERROR "unknown CHECK '${CHECK}'")
