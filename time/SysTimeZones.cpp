@@ -12,6 +12,15 @@ bool breakDownUtc(long long count, tm& out) {
   return gmtime_r(&t, &out) != nullptr;
 }
 
+// The zone's offset in force at `instant`, 0 where the C library cannot break
+// it down.
+long long offsetAt(time_t instant) {
+  zp_tzset();
+  tm local{};
+  localtime_r(&instant, &local);
+  return local.tm_gmtoff;
+}
+
 }  // namespace
 
 void ZephalSysTime::toGmtSysTime() {
@@ -32,11 +41,8 @@ void ZephalSysTime::toLocalSysTime() {
   // The full 64-bit count, not its low 32 bits: instants before 1970 and
   // after 2106 keep their true offset.
   const time_t instant = timegm(&image);
-  zp_tzset();
-  tm local{};
-  localtime_r(&instant, &local);
   tm wallClock;
-  breakDownUtc(static_cast<long long>(instant) + local.tm_gmtoff, wallClock);
+  breakDownUtc(static_cast<long long>(instant) + offsetAt(instant), wallClock);
   brokenDownLoad(wallClock, true);
 }
 
@@ -67,10 +73,11 @@ int ZephalSysTime::getGmtOffsetInSeconds(int depth) const {
     return static_cast<int>(g - l);
   }
   if (depth >= 2) return 0;
-  ZephalSysTime local;
-  local.copyFrom(*this);
-  local.toLocalSysTime();
-  return local.getGmtOffsetInSeconds(depth + 1);
+  // Straight from the instant: going through the local reading and mktime,
+  // as a local value must, would give either offset of a repeated hour.
+  tm image;
+  toBrokenDownImage(image, false);
+  return static_cast<int>(offsetAt(timegm(&image)));
 }
 
 int ZephalSysTime::getCurrentGmtOffsetInSeconds() const { return getGmtOffsetInSeconds(0); }

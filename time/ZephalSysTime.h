@@ -129,8 +129,11 @@ class ZephalSysTime : public ZephalObject {
   void getCurrentLocal();
 
   // The zone's offset from GMT (seconds east, summer time included) at the
-  // value's own time. `depth` is 0 for outside callers; a GMT value is
-  // converted on a copy and answers 0 once depth reaches 2.
+  // value's own time. A GMT value answers the offset in force at the instant
+  // it names (localtime_r's), so each half of a repeated hour gets its own;
+  // a local value answers its reading taken as GMT minus the instant mktime
+  // picks for it. `depth` is 0 for outside callers; a GMT value answers 0
+  // once depth reaches 2.
   int getGmtOffsetInSeconds(int depth) const;
   int getCurrentGmtOffsetInSeconds() const;
 
