@@ -3,7 +3,6 @@
 
 #include "services/DateZoneNames.h"
 #include "services/LogBase.h"
-#include "services/zpStdio.h"
 
 namespace zpdate {
 
