@@ -1,4 +1,4 @@
-// Calendar arithmetic shared by the date parser's files (internal header).
+// Calendar arithmetic shared by the module and its date parser (internal header).
 //
 // Proleptic Gregorian day counts in the manner of Howard Hinnant's
 // days_from_civil / civil_from_days: integer arithmetic only, no tables, no

@@ -1,4 +1,4 @@
-// OLE Automation dates and the day of the week.
+// OLE Automation dates.
 //
 // An OLE Automation date is a double: whole days since 1899-12-30 00:00:00,
 // and the time of day as the fraction. Before the epoch the whole part still
@@ -17,6 +17,7 @@
 #include <limits>
 
 #include "services/CivilDays.h"
+#include "services/ParsedReading.h"
 #include "services/zpDateParser.h"
 #include "time/ZephalSysTime.h"
 
@@ -76,15 +77,6 @@ bool oleToFields(double date, OleFields& out) {
 
 }  // namespace
 
-int _zpDateParser::DayOfWeek(int year, int month, int day) {
-  // Carry the month into the year first, then let the day count on.
-  const int64_t m0 = static_cast<int64_t>(month) - 1;
-  const int64_t yearCarry = zpcivil::floorDiv(m0, 12);
-  const int m = static_cast<int>(m0 - yearCarry * 12) + 1;  // [1, 12]
-  const int64_t first = zpcivil::daysFromCivil(year + yearCarry, m, 1);
-  return zpcivil::weekdayFromDays(first + (static_cast<int64_t>(day) - 1));
-}
-
 bool _zpDateParser::TmToVariant(unsigned short year, unsigned short month, unsigned short day,
                                 unsigned short hour, unsigned short minute, unsigned short second,
                                 double& date) {
@@ -131,13 +123,8 @@ bool _zpDateParser::VariantToSystemTime(double& date, ZephalSysTime& value) {
   OleFields f;
   if (!oleToFields(date, f)) return false;
   ZephalCalendarFields& t = value.m_time;
-  t.wYear = static_cast<uint16_t>(f.year);  // [100, 9999]
-  t.wMonth = static_cast<uint16_t>(f.month);
+  zpcivil::narrowInto(t, f.year, f.month, f.day, f.hour, f.minute, f.second);  // year [100, 9999]
   t.wDayOfWeek = static_cast<uint16_t>(zpcivil::weekdayFromDays(f.days));
-  t.wDay = static_cast<uint16_t>(f.day);
-  t.wHour = static_cast<uint16_t>(f.hour);
-  t.wMinute = static_cast<uint16_t>(f.minute);
-  t.wSecond = static_cast<uint16_t>(f.second);
   t.wMilliseconds = 0;
   return true;
 }

@@ -1,30 +1,55 @@
-// The last step shared by the date readers: a reading already shifted to
-// GMT, narrowed into a value. Internal to the parser.
+// The last steps of the date readers: fields already read, narrowed into a
+// value. Internal to the module and its date parser.
 #pragma once
 
 #include <cstdint>
 
 #include "services/CivilDays.h"
+#include "services/DateCursor.h"
 #include "time/ZephalSysTime.h"
 
 namespace zpcivil {
 
-// Stores `f` (day number `days`) as a GMT value: m_isDst -1, the
-// unknown-zone flag as given, m_bFlagA and m_bFlagB left alone.
-inline void storeGmtReading(const DateTimeFields& f, int64_t days, bool unknownZone,
-                            ZephalSysTime& value) {
-  ZephalCalendarFields& t = value.m_time;
-  t.wYear = static_cast<uint16_t>(f.year);
-  t.wMonth = static_cast<uint16_t>(f.month);
-  t.wDayOfWeek = static_cast<uint16_t>(weekdayFromDays(days));
-  t.wDay = static_cast<uint16_t>(f.day);
-  t.wHour = static_cast<uint16_t>(f.hour);
-  t.wMinute = static_cast<uint16_t>(f.minute);
-  t.wSecond = static_cast<uint16_t>(f.second);
-  t.wMilliseconds = static_cast<uint16_t>(f.millis);
-  value.m_bLocal = false;
-  value.m_bFromUnknownTimezone = unknownZone;
-  value.m_isDst = -1;
+// The six calendar fields as read, stored as given (low 16 bits each); the
+// day of the week and milliseconds are left to the caller.
+inline void narrowInto(ZephalCalendarFields& t, int64_t year, int64_t month, int64_t day,
+                       int64_t hour, int64_t minute, int64_t second) {
+  t.wYear = static_cast<uint16_t>(year);
+  t.wMonth = static_cast<uint16_t>(month);
+  t.wDay = static_cast<uint16_t>(day);
+  t.wHour = static_cast<uint16_t>(hour);
+  t.wMinute = static_cast<uint16_t>(minute);
+  t.wSecond = static_cast<uint16_t>(second);
 }
 
 }  // namespace zpcivil
+
+namespace zpdate {
+
+// Checks the day against its month, moves the reading to GMT and stores it:
+// m_bLocal false, m_isDst -1, the weekday computed, the unknown-zone flag
+// set when no zone was stated; m_bFlagA and m_bFlagB stay. False, with the
+// value untouched and the reason in `r`, for a day past the month's end or
+// a GMT reading outside years 0-9999.
+inline bool settle(Reading& r, ZephalSysTime& value) {
+  zpcivil::DateTimeFields& f = r.f;
+  if (f.day < 1 || f.day > zpcivil::daysInMonth(f.year, f.month)) {
+    failAt(r, r.dayAt, "day out of range for the month");
+    return false;
+  }
+  const int64_t days = zpcivil::shiftToGmt(f, r.zoneKnown ? r.offset : 0);
+  if (f.year < 0 || f.year > 9999) {
+    failAt(r, r.yearAt, "GMT reading outside years 0-9999");
+    return false;
+  }
+  ZephalCalendarFields& t = value.m_time;
+  zpcivil::narrowInto(t, f.year, f.month, f.day, f.hour, f.minute, f.second);
+  t.wDayOfWeek = static_cast<uint16_t>(zpcivil::weekdayFromDays(days));
+  t.wMilliseconds = static_cast<uint16_t>(f.millis);
+  value.m_bLocal = false;
+  value.m_bFromUnknownTimezone = !r.zoneKnown;
+  value.m_isDst = -1;
+  return true;
+}
+
+}  // namespace zpdate

@@ -21,13 +21,16 @@ class _zpDateParser {
   // ---- RFC 822 and friends ----------------------------------------------------
 
   // Reads the date texts of mail and HTTP: RFC 5322 (day name optional, 2- to
-  // 4-digit years, optional seconds, numeric zones, the RFC 822 zone names in
-  // any case, military letters, comments, folding white space, second 60),
-  // RFC 850, asctime, and common ISO 8601 shapes with a space or T/t.
+  // 4-digit years, optional seconds, numeric zones, zone names, military
+  // letters, comments, folding white space, second 60), RFC 850, asctime,
+  // and what common software writes (date(1), Go, Java, JavaScript, git,
+  // Python, PostgreSQL, access logs, ISO 8601, Unix seconds with a fraction);
+  // the reader files list every form by example.
   // A stated zone stores the GMT reading of the instant; no zone, "-0000" or a
   // military letter stores the fields as read with m_bFromUnknownTimezone
   // true. Either way m_bLocal is false, m_isDst -1 and wDayOfWeek computed;
-  // m_bFlagA and m_bFlagB stay. Impossible fields give false and a log line.
+  // m_bFlagA and m_bFlagB stay. A refusal returns false and writes one log
+  // record with the reason and its byte ("expected ':' after the hour at byte 17").
   static bool parseRFC822Date(const char* text, ZephalSysTime& value, LogBase& log);
 
   // Appends "Thu, 07 Mar 2024 09:05:03 GMT" for a GMT value, and the local
@@ -41,8 +44,11 @@ class _zpDateParser {
   // Reads YYYY-MM-DD(T|t)hh:mm:ss[.frac](Z|z|+hh:mm|+hhmm|+hh), stored as GMT
   // with the fraction truncated to milliseconds. `extra`, when not null,
   // receives the stated offset in minutes east of GMT. False for anything
-  // else, with the value unchanged.
+  // else, with the value unchanged; the second form also writes the refusal's
+  // log record, as parseRFC822Date does.
   static bool AtomDateToSysTime(const StringBuffer& text, ZephalSysTime& value, int* extra);
+  static bool AtomDateToSysTime(const StringBuffer& text, ZephalSysTime& value, int* extra,
+                                LogBase& log);
 
   // ---- Calendar -----------------------------------------------------------------
 

@@ -32,6 +32,22 @@ inline std::vector<Row> readTable(const std::string& name) {
 
 inline int64_t toInt(const std::string& field) { return std::stoll(field); }
 
+// A text column's C escapes (\t \r \n \\ \xHH) undone.
+inline std::string unescape(const std::string& s) {
+  std::string out;
+  for (size_t i = 0; i < s.size(); ++i) {
+    if (s[i] != '\\') {
+      out += s[i];
+    } else if (s[++i] == 'x') {
+      out += static_cast<char>(std::stoi(s.substr(i + 1, 2), nullptr, 16));
+      i += 2;
+    } else {
+      out += s[i] == 't' ? '\t' : s[i] == 'r' ? '\r' : s[i] == 'n' ? '\n' : s[i];
+    }
+  }
+  return out;
+}
+
 // n integer columns of a row, from column `at` on.
 inline std::vector<int> intsOf(const Row& row, size_t at, size_t n) {
   std::vector<int> out;

@@ -85,6 +85,8 @@ TEST(TextFormats, ReadersKeepWhatTheyDoNotRead) {
   ZephalSysTime x509 = marked(makeTime({2001, 1, 1, 0, 0, 0}, true, 250));
   EXPECT_TRUE(x509.fromX509("20240307090503.123Z", true, log));  // fraction not read
   EXPECT_EQ(stateOf(x509), "2024 3 7 9 5 3 4 ms=250 local flags=001 dst=1");
+  EXPECT_TRUE(x509.fromX509("20 40307090503Z", true, log));  // the year stops at the space
+  EXPECT_EQ(fieldsOf(x509), (Fields{20, 3, 7, 9, 5, 3, 6}));
   EXPECT_TRUE(x509.fromX509("491231235959Z", false, log));
   EXPECT_EQ(fieldsOf(x509), (Fields{2049, 12, 31, 23, 59, 59, 5}));
 }

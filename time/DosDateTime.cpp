@@ -6,6 +6,7 @@
 // Two-second resolution, years 1980 to 2107, no zone.
 #include <time.h>
 
+#include "services/CivilDays.h"
 #include "services/zpDateParser.h"
 #include "time/TimeFunctions.h"
 #include "time/ZephalFileTime.h"
@@ -42,8 +43,6 @@ DosClock readTime(unsigned dosTime) {
 
 // tm_yday of the 1st of each month in a common year.
 constexpr int kDaysBeforeMonth[12] = {0, 31, 59, 90, 120, 151, 181, 212, 243, 273, 304, 334};
-
-bool isLeapYear(int y) { return y % 4 == 0 && (y % 100 != 0 || y % 400 == 0); }
 
 // Masks keep each field in its bits whatever the record holds; after the
 // clamp the year field is [0, 57].
@@ -110,7 +109,7 @@ unsigned int ZephalFileTime::dosDateTimeToUnixTime32(unsigned short dosDate,
   // counts on into the next month just as timegm carries it.
   tm t{};
   t.tm_year = d.year - 1900;
-  t.tm_yday = kDaysBeforeMonth[d.month - 1] + (d.month > 2 && isLeapYear(d.year)) + d.day - 1;
+  t.tm_yday = kDaysBeforeMonth[d.month - 1] + (d.month > 2 && zpcivil::isLeapYear(d.year)) + d.day - 1;
   t.tm_hour = c.hour;
   t.tm_min = c.minute;
   t.tm_sec = c.second;

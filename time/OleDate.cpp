@@ -4,6 +4,7 @@
 // and what becomes of the value.
 #include <cstdint>
 
+#include "services/CivilDays.h"
 #include "services/zpDateParser.h"
 #include "time/ZephalSysTime.h"
 
@@ -15,7 +16,9 @@ constexpr double kLastOleDay = 2958465.0;
 
 // Whole days from 0000-01-01 (proleptic Gregorian, year 0 a leap year) to
 // 1899-12-30.
-constexpr int64_t kOleEpochDayNumber = 693959;
+constexpr int64_t kOleEpochDayNumber =
+    zpcivil::daysFromCivil(1899, 12, 30) - zpcivil::daysFromCivil(0, 1, 1);
+static_assert(kOleEpochDayNumber == 693959, "1899-12-30 is day 693959 from 0000-01-01");
 
 // Half a second in days: pushes a date that a rounding error left just short
 // of its midnight (on the side toward 0.0) past it before truncation.

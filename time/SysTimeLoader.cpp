@@ -9,6 +9,7 @@
 //   20240307090503Z                 15 bytes, no '-' or ':', ends in Z
 //   Thu, 07 Mar 2024 09:05:03 GMT   anything else: the RFC 822 parser
 #include "services/LogBase.h"
+#include "services/ParsedReading.h"
 #include "services/StringBuffer.h"
 #include "services/zpDateParser.h"
 #include "services/zpStdio.h"
@@ -93,12 +94,7 @@ bool ZephalSysTime::loadAnyFormat(bool bLocal, StringBuffer& text) {
     if (readGeneralizedFields(text.getString(), f)) {
       // The fraction is dropped and no day of the week is computed here.
       clear();
-      m_time.wYear = static_cast<uint16_t>(f[0]);
-      m_time.wMonth = static_cast<uint16_t>(f[1]);
-      m_time.wDay = static_cast<uint16_t>(f[2]);
-      m_time.wHour = static_cast<uint16_t>(f[3]);
-      m_time.wMinute = static_cast<uint16_t>(f[4]);
-      m_time.wSecond = static_cast<uint16_t>(f[5]);
+      zpcivil::narrowInto(m_time, f[0], f[1], f[2], f[3], f[4], f[5]);
       return true;
     }
   }
@@ -110,8 +106,14 @@ bool ZephalSysTime::loadAnyFormat(bool bLocal, StringBuffer& text) {
 
   LogNull discard;
   const bool asnShape = dashes == 0 && last == 'Z' && !text.containsChar(':');
-  if (asnShape && (size == 13 || size == 15)) {
-    fromX509(text.getString(), size == 15, discard);
+  if (asnShape && size == 13) {
+    fromX509(text.getString(), false, discard);
+    return true;
+  }
+  if (asnShape && size == 15) {
+    // Read in place rather than through fromX509, which stops at a zero
+    // byte: the buffer's 15 bytes are all there to read, a zero among them.
+    zp_asn::loadX509Fields(text.getString(), true, m_time);
     return true;
   }
   return _zpDateParser::parseRFC822Date(text.getString(), *this, discard);

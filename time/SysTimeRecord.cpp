@@ -1,4 +1,5 @@
 // The record itself: reset, copy, SYSTEMTIME and tm exchange, calendar steps.
+#include "services/CivilDays.h"
 #include "time/TimeFunctions.h"
 #include "time/ZephalSysTime.h"
 
@@ -86,14 +87,9 @@ void ZephalSysTime::resetLoad(const tm& t, bool bLocal) {
 }
 
 int ZephalSysTime::numDaysThisMonth() {
-  // Twelve months of a common year, then twelve of a leap year.
-  static const int ndays[24] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31,
-                                31, 29, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
   if (m_time.wMonth == 0) m_time.wMonth = 1;
   if (m_time.wMonth >= 13) m_time.wMonth = 12;
-  const unsigned year = m_time.wYear;
-  const int leap = (year % 4 == 0 && (year % 100 != 0 || year % 400 == 0)) ? 1 : 0;
-  return ndays[12 * leap + m_time.wMonth - 1];
+  return zpcivil::daysInMonth(m_time.wYear, m_time.wMonth);
 }
 
 void ZephalSysTime::addOneSecond() {

@@ -12,9 +12,6 @@
 
 namespace {
 
-using zp_asn::allDigits;
-using zp_asn::twoDigits;
-
 // The two exchange layouts are written digit by digit (zpPutDigits prints
 // what "%0Nw" prints): interpreting a format costs more than the rest of the
 // work together.
@@ -24,40 +21,11 @@ constexpr char kLogText[] = "%w/%w/%w %w:%02w:%02w";  // 3/7/2024 9:05:03
 constexpr unsigned int kTextCapacity = 80;
 constexpr unsigned int kLogCapacity = 100;
 
-// The six fields of an ASN.1 time as read, before narrowing.
-struct AsnFields {
-  unsigned int year, month, day, hour, minute, second;
-};
-
-// Reads UTCTime (yymmddhhmmss, two-digit year with the pivot 50) or, with
-// fourDigitYear, GeneralizedTime (yyyymmddhhmmss). Nothing after the seconds
-// is read. False for a null text or one too short for the fields, measured
-// first so that no read passes the terminating zero.
-bool readAsnFields(const char* text, bool fourDigitYear, AsnFields& f) {
-  const unsigned int yearDigits = fourDigitYear ? 4 : 2;
-  if (text == nullptr || strnlen(text, yearDigits + 10) < yearDigits + 10) return false;
-  // Digits only, the usual case, need none of zpUIntValueN's stops.
-  const bool digitsOnly = allDigits(text, yearDigits + 10);
-  unsigned int scratch = 0;
-  auto field = [&](const char* p) { return digitsOnly ? twoDigits(p) : zpUIntValueN(p, 2, scratch); };
-  f.year = fourDigitYear ? 100 * field(text) + field(text + 2) : field(text);
-  const char* p = text + yearDigits;
-  f.month = field(p);
-  f.day = field(p + 2);
-  f.hour = field(p + 4);
-  f.minute = field(p + 6);
-  f.second = field(p + 8);
-  if (!fourDigitYear) f.year += f.year < 50 ? 2000 : 1900;
-  return true;
-}
-
-void storeAsnFields(const AsnFields& f, ZephalCalendarFields& out) {
-  out.wYear = static_cast<uint16_t>(f.year);
-  out.wMonth = static_cast<uint16_t>(f.month);
-  out.wDay = static_cast<uint16_t>(f.day);
-  out.wHour = static_cast<uint16_t>(f.hour);
-  out.wMinute = static_cast<uint16_t>(f.minute);
-  out.wSecond = static_cast<uint16_t>(f.second);
+// UTCTime needs 12 readable bytes, GeneralizedTime 14; measured first so
+// that no read passes the terminating zero. False for a null text.
+bool holdsAsnFields(const char* text, bool fourDigitYear) {
+  const size_t need = fourDigitYear ? 14 : 12;
+  return text != nullptr && strnlen(text, need) == need;
 }
 
 void appendIso8601(const ZephalCalendarFields& f, StringBuffer& out) {
@@ -98,20 +66,16 @@ bool ZephalSysTime::getAsnUtcDateTime(StringBuffer& out) {
 }
 
 bool ZephalSysTime::fromAsnUtcDateTime(const char* text, LogBase& /*log*/) {
-  AsnFields f;
-  if (!readAsnFields(text, false, f)) return false;
-  storeAsnFields(f, m_time);
+  if (!holdsAsnFields(text, false)) return false;
+  zp_asn::storeAsnFields(text, false, m_time);
   m_bLocal = false;
   m_isDst = -1;
   return true;
 }
 
 bool ZephalSysTime::fromX509(const char* text, bool bGeneralizedTime, LogBase& /*log*/) {
-  AsnFields f;
-  if (!readAsnFields(text, bGeneralizedTime, f)) return false;
-  storeAsnFields(f, m_time);
-  m_time.wDayOfWeek =
-      static_cast<uint16_t>(_zpDateParser::DayOfWeek(m_time.wYear, m_time.wMonth, m_time.wDay));
+  if (!holdsAsnFields(text, bGeneralizedTime)) return false;
+  zp_asn::loadX509Fields(text, bGeneralizedTime, m_time);
   return true;
 }
 

@@ -89,6 +89,23 @@ def email_reading(text):
     return reading_from_datetime(parsedate_to_datetime(text))
 
 
+def via(equivalent):
+    """The reading of a text that names the same fields and zone in a form
+    email.utils (or, for ISO shapes, fromisoformat) reads: a zone name
+    replaced by its offset, Go's or Java's extra words left out."""
+    if equivalent[:4].isdigit():
+        return iso_reading(equivalent)
+    return email_reading(equivalent)
+
+
+def unix_reading(text):
+    """Unix seconds with a fraction: datetime adds them to the epoch."""
+    whole, frac = text.split(".")
+    dt = datetime(1970, 1, 1) + timedelta(seconds=int(whole))
+    return fields(dt.year, dt.month, dt.day, dt.hour, dt.minute, dt.second,
+                  int((frac + "00")[:3]), 0)
+
+
 # ---- RFC 822 family: accepted ------------------------------------------------
 # (text, oracle) with oracle EMAIL, ISO or explicit fields(...).
 
@@ -119,6 +136,81 @@ RFC822_ACCEPT = [
     ("2024-03-07 09:05:03", ISO),
     ("2024-03-07T09:05:03+05:30", ISO),
     ("2024-03-07t09:05:03.123456Z", ISO),
+    ("Thu, 7 Mar 2024 9:5:3 -0500", EMAIL),
+    ("Thu, 07 Mar 2024 09:05:03 CET", via("Thu, 07 Mar 2024 09:05:03 +0100")),
+    ("Thu, 07 Mar 2024 09:05:03 -0800 GMT", EMAIL),
+    ("Thu,, 07 Mar 2024 09:05:03 GMT", EMAIL),
+    ("07/Mar/2024:09:05:03 +0000", via("07 Mar 2024 09:05:03 +0000")),
+    ("Thu Mar  7 09:05:03 CET 2024", via("Thu, 07 Mar 2024 09:05:03 +0100")),
+    ("Thu Mar  7 06:05:03 -03 2024", via("Thu, 07 Mar 2024 06:05:03 -0300")),
+    ("Thu Mar 07 10:05:03 +0100 2024", via("Thu, 07 Mar 2024 10:05:03 +0100")),
+    ("Thu Mar 7 10:05:03 2024 +0100", via("Thu, 07 Mar 2024 10:05:03 +0100")),
+    # Year-first shapes (DateParserIso.cpp's opening list).
+    ("2024-03-07T09:05+01:00", ISO),
+    ("2024-03-07 10:05:03.123456789 +0100 CET m=+0.000123", via("2024-03-07T10:05:03.123456+01:00")),
+    ("2024-03-07T10:05:03.123+01:00[Europe/Berlin]", via("2024-03-07T10:05:03.123+01:00")),
+    ("2024-03-07 10:05:03,123", ISO),
+    ("2024/03/07 10:05:03", via("2024-03-07 10:05:03")),
+    ("2024-03-07", ISO),
+    ("1709802303.123456", unix_reading("1709802303.123456")),
+
+    # What common software writes, one row per writer's layout (the instants
+    # in several zones come from the writers themselves in the peers' table).
+    ("2024-03-07 09:05:03.123456789 +0000 UTC", via("2024-03-07T09:05:03.123456+00:00")),  # Go String
+    ("2024-03-07 10:05:03.123456789 +0530 IST", via("2024-03-07T10:05:03.123456+05:30")),
+    ("2024-03-07 10:05:03.123456789 -0300 -03", via("2024-03-07T10:05:03.123456-03:00")),
+    ("2024-03-07 10:05:03.123456789 +0545 +0545", via("2024-03-07T10:05:03.123456+05:45")),
+    ("Thu Mar  7 10:05:03 +0545 2024", via("Thu, 07 Mar 2024 10:05:03 +0545")),  # Go UnixDate
+    ("07 Mar 24 10:05 CET", via("07 Mar 24 10:05 +0100")),  # Go RFC822
+    ("07 Mar 24 10:05 +0100", EMAIL),  # Go RFC822Z
+    ("Thursday, 07-Mar-24 10:05:03 CET", via("Thursday, 07-Mar-24 10:05:03 +0100")),  # Go RFC850
+    ("Thursday, 07-Mar-24 10:05:03 -03", via("Thursday, 07-Mar-24 10:05:03 -0300")),
+    ("Thu, 07 Mar 2024 10:05:03 CET", via("Thu, 07 Mar 2024 10:05:03 +0100")),  # Go RFC1123
+    ("2024-03-07T10:05:03.123456789+01:00", ISO),  # Go RFC3339Nano
+    ("2024/03/07 10:05:03.123456", via("2024-03-07 10:05:03.123456")),  # Go log with microseconds
+    ("Thu Mar 07 2024 10:05:03 GMT+0100 (Central European Standard Time)",
+     via("2024-03-07T10:05:03+01:00")),  # JavaScript toString
+    ("Thu Mar 07 2024 06:05:03 GMT-0300 (Brasilia Standard Time)", via("2024-03-07T06:05:03-03:00")),
+    ("2024-03-07T09:05:03.123Z", ISO),  # JavaScript toISOString, Java Instant
+    ("2024-03-07T10:05+01:00[Europe/Berlin]", via("2024-03-07T10:05+01:00")),  # Java ZonedDateTime
+    ("2024-03-07T09:05:03Z[UTC]", via("2024-03-07T09:05:03Z")),
+    ("Thu Mar 07 10:05:03 CET 2024", via("Thu, 07 Mar 2024 10:05:03 +0100")),  # Java Date.toString
+    ("Thu, 7 Mar 2024 10:05:03 +0100", EMAIL),  # Java RFC_1123_DATE_TIME, git rfc
+    ("2024-03-07 10:05:03 +0100", ISO),  # git iso
+    ("2024-03-07T10:05:03+01:00", ISO),  # git iso-strict, date -Iseconds
+    ("2024-03-07 10:05:03+01:00", ISO),  # date --rfc-3339=seconds
+    ("2024-03-07 10:05:03.123456789+01:00", via("2024-03-07 10:05:03.123456+01:00")),  # --rfc-3339=ns
+    ("2024-03-07 10:05:03.123456+01:00", ISO),  # Python str(datetime)
+    ("2024-03-07 10:05:03.123+01", via("2024-03-07 10:05:03.123+01:00")),  # PostgreSQL
+    ("2024-03-07 10:05:03+05:45", ISO),
+    ("1709802303.5", unix_reading("1709802303.5")),
+    ("1709802303.123456789", unix_reading("1709802303.123456789")),  # date +%s.%N
+    ("253402300799.999", unix_reading("253402300799.999")),
+    ("100000000.1", unix_reading("100000000.1")),
+    # A zone name with several offsets, settled by the offset after it.
+    ("Thu, 07 Mar 2024 10:05:03 IST +0530", via("Thu, 07 Mar 2024 10:05:03 +0530")),
+    ("Thu, 07 Mar 2024 10:05:03 IST (India) +0530", via("Thu, 07 Mar 2024 10:05:03 +0530")),
+    ("Thu, 07 Mar 2024 09:05:03 cest", via("Thu, 07 Mar 2024 09:05:03 +0200")),
+    # Words after the zone are not read (Python, libcurl and Go agree).
+    ("Thu, 07 Mar 2024 09:05:03 +0000 (UTC) +0100", EMAIL),
+    ("Thu, 07 Mar 2024 09:05:03 +0100 junk", EMAIL),
+    ("Thu, 07 Mar 2024 09:05:03 GMT GMT", EMAIL),
+    ("Thu, 07 Mar 2024 09:05:03 GMT garbage", EMAIL),
+    ("Thu, 07 Mar 2024 09:05:03 +0100 GMT", EMAIL),
+    ("Thu, 07 Mar 2024 09:05:03 GMT )", EMAIL),
+    ("Thu, 07 Mar 2024 09:05:03 +0000 (UTC", EMAIL),
+    ("Thu, 07 Mar 2024 09:05:03 GMT (a (b) c", EMAIL),
+    ("Thu, 07 Mar 2024 09:05:03 GMT Thu, 07 Mar 2024 09:05:03 GMT", EMAIL),
+    ("Thu, 07 Mar 2024 09:05:03 +0000 +0100", EMAIL),
+    ("Thu, 07 Mar 2024 09:05:03 EST +0100", EMAIL),
+    # One-digit minutes and seconds; a stray byte after the day name.
+    ("Thu, 07 Mar 2024 23:1:09 +0000", EMAIL),
+    ("Thu, 07 Mar 2024 09:05:3 +0000", EMAIL),
+    ("Thu, 07 Mar 2024 09:5 +0000", EMAIL),
+    ("Thu., 07 Mar 2024 09:05:03 +0000", EMAIL),
+    ("Thu,07 Mar 2024 09:05:03 +0000", EMAIL),
+    ("Thu,\t07 Mar 2024 09:05:03 +0000", EMAIL),
+    ("Thu,  07 Mar 2024 09:05:03 +0000", EMAIL),
 
     # RFC 5322 appendix A examples.
     ("Fri, 21 Nov 1997 09:55:06 -0600", EMAIL),
@@ -269,7 +361,9 @@ TRUNCATED = [
     "Thu, 07 Mar 2024 09:05:03 +0100 (CET)",
 ]
 COMPLETE_PREFIXES = [
+    ("Thu, 07 Mar 2024 09:0", EMAIL),
     ("Thu, 07 Mar 2024 09:05", EMAIL),
+    ("Thu, 07 Mar 2024 09:05:0", EMAIL),
     ("Thu, 07 Mar 2024 09:05 ", EMAIL),
     ("Thu, 07 Mar 2024 09:05:03", EMAIL),
     ("Thu, 07 Mar 2024 09:05:03 ", EMAIL),
@@ -277,8 +371,15 @@ COMPLETE_PREFIXES = [
     ("Thu, 07 Mar 2024 09:05:03 +01", fields(2024, 3, 7, 9, 5, 3, 0, 60)),
     ("Thu, 07 Mar 2024 09:05:03 +0100", EMAIL),
     ("Thu, 07 Mar 2024 09:05:03 +0100 ", EMAIL),
+    # What follows a zone is not read, an unfinished comment included.
+    ("Thu, 07 Mar 2024 09:05:03 +0100 (", EMAIL),
+    ("Thu, 07 Mar 2024 09:05:03 +0100 (C", EMAIL),
+    ("Thu, 07 Mar 2024 09:05:03 +0100 (CE", EMAIL),
+    ("Thu, 07 Mar 2024 09:05:03 +0100 (CET", EMAIL),
     # email.utils splits an RFC 850 date only when a zone follows it.
+    ("Sunday, 06-Nov-94 08:4", fields(1994, 11, 6, 8, 4, 0, 0, None)),
     ("Sunday, 06-Nov-94 08:49", fields(1994, 11, 6, 8, 49, 0, 0, None)),
+    ("Sunday, 06-Nov-94 08:49:3", fields(1994, 11, 6, 8, 49, 3, 0, None)),
     ("Sunday, 06-Nov-94 08:49 ", fields(1994, 11, 6, 8, 49, 0, 0, None)),
     ("Sunday, 06-Nov-94 08:49:37", fields(1994, 11, 6, 8, 49, 37, 0, None)),
     ("Sunday, 06-Nov-94 08:49:37 ", fields(1994, 11, 6, 8, 49, 37, 0, None)),
@@ -306,14 +407,14 @@ RFC822_REJECT = [
     ("   ", "white space only"),
     ("\t\r\n", "white space only"),
     ("(just a comment)", "comment only"),
-    ("2024-13-07 09:05:03", "month 13"),
     ("2024-00-07 09:05:03", "month 0"),
     ("Thu, 32 Mar 2024 09:05:03 GMT", "day 32 (lax: parsedate_tz)"),
     ("Thu, 00 Mar 2024 09:05:03 GMT", "day 0"),
     ("Fri, 30 Feb 2024 09:05:03 GMT", "Feb 30"),
     ("Wed, 29 Feb 2023 09:05:03 GMT", "Feb 29, common year"),
     ("Thu, 29 Feb 1900 09:05:03 GMT", "Feb 29, 1900"),
-    ("Wed, 31 Apr 2024 09:05:03 GMT", "day 31 of a 30-day month"),
+    ("Wed, 31 Apr 2024 09:05:03 GMT", "day 31 of a 30-day month",
+     "day out of range for the month at byte 5"),
     ("2024-06-31 09:05:03", "day 31 of June"),
     ("2024-03-32T09:05:03Z", "day 32"),
     ("Thu, 07 Mar 2024 24:00:00 GMT", "hour 24"),
@@ -331,49 +432,36 @@ RFC822_REJECT = [
     ("2024-03-07T09:05:03+05:3", "one-digit offset minutes"),
     ("2024-03-07T09:05:03+05:", "colon without minutes"),
     ("Thu, 07 Mar 2024 09:05:03 -0", "one-digit offset"),
-    ("Thu, 07 Mar 2024 09:05:03 CET", "unknown zone name (lax: read as no zone)"),
     ("Thu, 07 Mar 2024 09:05:03 BST", "unknown zone name (lax)"),
     ("Thu, 07 Mar 2024 09:05:03 AST", "not an RFC 822 name (lax: email.utils reads -0400)"),
     ("Thu, 07 Mar 2024 09:05:03 GM", "unknown zone name (lax)"),
-    ("Thu, 07 Mar 2024 09:05:03 J", "J is no military zone (lax)"),
     ("Thu, 07 Mar 2024 09:05:03 UTC1", "trailing data (lax)"),
-    ("Thu, 07 Mar 2024 09:05:03 GMT garbage", "trailing data (lax)"),
-    ("Thu, 07 Mar 2024 09:05:03 +0100 GMT", "two zones"),
-    ("Thu, 07 Mar 2024 09:05:03 GMT )", "stray ')'"),
     ("Thu, 07 Mar 2024 09:05:03 GMT,", "trailing comma"),
-    ("Thu, 07 Mar 2024 09:05:03 GMT (unterminated", "unterminated comment"),
-    ("Thu, 07 Mar 2024 09:05:03 GMT (a (b) c", "unterminated nested comment"),
-    ("Thu, 07 Mar 2024 09:05:03 GMT (ends in a backslash\\", "unterminated comment"),
     ("Thx, 07 Mar 2024 09:05:03 GMT", "unknown day name"),
     ("Th, 07 Mar 2024 09:05:03 GMT", "unknown day name"),
     ("Thurs, 07 Mar 2024 09:05:03 GMT", "unknown day name"),
     ("Thu; 07 Mar 2024 09:05:03 GMT", "bad separator after the day name"),
     ("Thu07 Mar 2024 09:05:03 GMT", "day name and day run together"),
-    ("Thu,, 07 Mar 2024 09:05:03 GMT", "two commas"),
     ("Thu, 07 Mrz 2024 09:05:03 GMT", "unknown month name"),
     ("Thu, 07 Marc 2024 09:05:03 GMT", "unknown month name"),
     ("Thu, 07 Mar 2024", "no time (lax: midnight)"),
     ("07 Mar 2024", "no time"),
-    ("2024-03-07", "no time"),
     ("Thu, 07 Mar 2024 09 GMT", "hour without minutes"),
     ("Thu, 07 Mar 4 09:05:03 GMT", "one-digit year"),
     ("Thu, 07 Mar 20245 09:05:03 GMT", "five-digit year"),
     ("Thu, 107 Mar 2024 09:05:03 GMT", "three-digit day"),
-    ("Thu, 07 Mar 2024 9:5:3 GMT", "one-digit minute (lax)"),
     ("Thu, 07 Mar 2024 123:05:03 GMT", "three-digit hour"),
     ("Thu, 07 Mar 202409:05:03 GMT", "year and hour run together"),
     ("Thu, 07-Mar 2024 09:05:03 GMT", "mixed separators"),
     ("Thu, 07 Mar-2024 09:05:03 GMT", "mixed separators"),
     ("Thu,07Mar2024 09:05:03 GMT", "fields run together"),
     ("Thu 2024-03-07 09:05", "day name before an ISO date"),
-    ("Thu, 07 Mar 2024 09:05:03 GMT Thu, 07 Mar 2024 09:05:03 GMT", "two dates"),
     ("2024-3-07 09:05:03", "one-digit ISO month"),
     ("24-03-07 09:05:03", "two-digit ISO year"),
     ("2024-03-07T9:05:03Z", "one-digit ISO hour"),
     ("2024-03-07T09:05:03Zjunk", "trailing data"),
     ("2024-03-07 T09:05:03", "space before T"),
     ("2024-03-07T09:05:03.Z", "fraction without digits"),
-    ("2024/03/07 09:05:03", "slashes"),
     ("20240307 090503Z", "basic form without T"),
     ("2024037T090503Z", "basic form with 7 date digits"),
     ("20241307T090503Z", "basic form, month 13"),
@@ -384,10 +472,43 @@ RFC822_REJECT = [
     ("20240307T09050Z", "basic form, 5 time digits"),
     ("Thu 20240307T090503Z", "day name before an ISO date"),
     ("0000-01-01T00:30:00+01:00", "GMT reading in year -1"),
-    ("Fri, 31 Dec 9999 23:30:00 -0100", "GMT reading in year 10000"),
     ("Date: Thu, 07 Mar 2024 09:05:03 GMT", "header name included"),
-    ("1709802303", "Unix time"),
     ("Thu, 07 Mar 2024 09:05:03 GMTGMTGMTGMTGMT", "overlong word"),
+    ("Thu, 07 Mar 2024 09:05:03 (unterminated", "unterminated comment before any zone"),
+    # Why and where, as the log record says it.
+    ("Mar  7 09:05:03", "syslog: no year", "expected a year after the time at byte 15"),
+    ("Mar  7 09:05:03 ", "syslog: no year", "expected a year after the time at byte 16"),
+    ("Thu, 07 Mar 2024 09:05:03 IST", "IST names several offsets",
+     "zone name with several offsets at byte 26"),
+    ("Thu Mar  7 10:05:03 IST 2024", "IST names several offsets",
+     "zone name with several offsets at byte 20"),
+    ("Thu, 07 Mar 2024 09:05:03 XYZ", "unknown zone name", "unknown zone name at byte 26"),
+    ("Thu, 07 Mar 2024 09:05:03 +0100junk", "a word run into the zone",
+     "expected a space after the zone at byte 31"),
+    ("Thu, 07 Mar 2024 09:05:03 GMT,", "trailing comma", "expected a space after the zone at byte 29"),
+    ("Thu, 07 Mar 2024 09:05:03 UTC1", "a digit run into the zone",
+     "expected a space after the zone at byte 29"),
+    ("Thu; 07 Mar 2024 09:05:03 GMT", "';' alone after the day name",
+     "expected ',' after the day name at byte 4"),
+    ("Thu,x 07 Mar 2024 09:05:03 GMT", "a letter after the day name", "unknown month name at byte 4"),
+    ("Thu, 07 Mar 2024 09-05-03 GMT", "dashes in the time", "expected ':' after the hour at byte 19"),
+    ("Thu, 07 Mar 2024 09:05:03 J", "J", "J names no military zone at byte 26"),
+    ("Fri, 31 Dec 9999 23:30:00 -0100", "GMT reading in year 10000",
+     "GMT reading outside years 0-9999 at byte 12"),
+    ("2024-03-07T10:05:03[Europe/Berlin]", "bracketed zone without an offset",
+     "expected a zone at byte 19"),
+    ("2024-03-07 GMT", "a date alone with a zone", "bad hour at byte 11"),
+    ("07.03.2024 09:05", "dotted date", "expected a space after the day at byte 2"),
+    ("07/Mar-2024:09:05:03 +0000", "mixed joiners",
+     "expected the day's joiner after the month at byte 6"),
+    ("1709802303", "Unix seconds without a fraction (the loader's form)",
+     "expected a date at byte 0"),
+    ("12345678.5", "Unix seconds of 8 digits", "Unix seconds need 9 to 12 digits at byte 0"),
+    ("1709802303.1234567890", "10 fraction digits", "more than 9 fraction digits at byte 11"),
+    ("1709802303.5 UTC", "a zone after Unix seconds", "text after the Unix seconds at byte 13"),
+    ("999999999999.5", "Unix seconds past 9999", "Unix seconds past the year 9999 at byte 0"),
+    ("1709802303.5.5", "two points", "text after the Unix seconds at byte 12"),
+    ("2024-13-07 09:05:03", "month 13", "month out of range at byte 5"),
 ]
 
 
@@ -447,25 +568,25 @@ ATOM_ACCEPT_EXPLICIT = [
 
 ATOM_REJECT = [
     "",
-    "2024-03-07 09:05:03Z",
-    "2024-03-07T09:05Z",
+    ("2024-03-07 09:05:03Z", "expected T after the date at byte 10"),
+    ("2024-03-07T09:05Z", "expected ':' after the minute at byte 16"),
     "2024-03-07T09:05:03",
     " 2024-03-07T09:05:03Z",
-    "2024-03-07T09:05:03Z ",
+    ("2024-03-07T09:05:03Z ", "text after the zone at byte 20"),
     "2024-03-07T09:05:03Z\r\n",
     "2024-03-07T09:05:03.Z",
     "2024-03-07T09:05:03.5",
-    "2024-03-07T09:05:03,5Z",
+    ("2024-03-07T09:05:03,5Z", "expected Z or an offset after the time at byte 19"),
     "2024-03-07T09:05:03+5:00",
     "2024-03-07T09:05:03+05:3",
     "2024-03-07T09:05:03+05:",
     "2024-03-07T09:05:03+0530x",
     "2024-03-07T09:05:03+05:30:00",
-    "2024-03-07T09:05:03+24:00",
+    ("2024-03-07T09:05:03+24:00", "zone offset out of range at byte 19"),
     "2024-03-07T09:05:03+05:60",
     "2024-03-07T09:05:03+-08:00",
     "2024-03-07T09:05:03GMT",
-    "2024-02-30T00:00:00Z",
+    ("2024-02-30T00:00:00Z", "day out of range for the month at byte 8"),
     "2023-02-29T00:00:00Z",
     "2024-13-01T00:00:00Z",
     "2024-00-01T00:00:00Z",
@@ -477,10 +598,10 @@ ATOM_REJECT = [
     "+2024-03-07T09:05:03Z",
     "20240307T090503Z",
     "2024-03-07T09:05:03Z\x00",
-    "2024-03-07T09:05:03\x00Z",
+    ("2024-03-07T09:05:03\x00Z", "expected Z or an offset after the time at byte 19"),
     "2024-03-07T09:05:03.\x001Z",
     "0000-01-01T00:00:00+00:01",
-    "9999-12-31T23:59:59-00:01",
+    ("9999-12-31T23:59:59-00:01", "GMT reading outside years 0-9999 at byte 0"),
     "Thu, 07-Mar-2024 09:05:03 GMT",
     "2024-03-07T09:05:03.\xe9Z",
 ]
@@ -516,12 +637,14 @@ def rfc822_tables():
     write("rfc822_accept.tsv",
           ["parseRFC822Date: text (C escapes), then the GMT fields: " + GMT_COLUMNS], rows)
 
-    complete = {t for t, _ in COMPLETE_PREFIXES}
+    complete = set(texts)  # a prefix that is a complete date of its own is accepted
     reject = RFC822_REJECT + truncation_rows(complete) + eight_bit_rows()
-    for t, _ in reject:
-        assert t not in texts, "both accepted and refused: %r" % t
-    write("rfc822_reject.tsv", ["parseRFC822Date refuses: text (C escapes), why"],
-          [(esc(t), why) for t, why in reject])
+    for row in reject:
+        assert row[0] not in texts, "both accepted and refused: %r" % (row[0],)
+    write("rfc822_reject.tsv",
+          ["parseRFC822Date refuses: text (C escapes), why, and for some rows the logged",
+           "error (the reason and its byte)"],
+          [(esc(row[0]),) + tuple(row[1:]) for row in reject])
 
 
 def atom_tables():
@@ -532,14 +655,14 @@ def atom_tables():
           ["AtomDateToSysTime: text, then the GMT fields: " + GMT_COLUMNS +
            ", then the stated offset in minutes (extra)"], rows)
 
-    reject = list(ATOM_REJECT)
+    reject = [row if isinstance(row, tuple) else (row,) for row in ATOM_REJECT]
     for n in range(len(ATOM_TRUNCATED)):
         if ATOM_TRUNCATED[:n] not in ATOM_COMPLETE_PREFIXES:
-            reject.append(ATOM_TRUNCATED[:n])
-    reject += [ATOM_TRUNCATED[:19] + bytes([b]).decode("latin-1") for b in range(128, 256)]
+            reject.append((ATOM_TRUNCATED[:n],))
+    reject += [(ATOM_TRUNCATED[:19] + bytes([b]).decode("latin-1"),) for b in range(128, 256)]
     write("atom_reject.tsv", ["AtomDateToSysTime refuses: text (C escapes; \\x00 is a zero byte"
-                              " inside the buffer)"],
-          [(esc(t.encode("latin-1")),) for t in reject])
+                              " inside the buffer), and for some rows the logged error"],
+          [(esc(row[0].encode("latin-1")),) + row[1:] for row in reject])
 
 
 # ---- OLE Automation dates ---------------------------------------------------------------

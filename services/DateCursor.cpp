@@ -1,0 +1,119 @@
+// The cursor's out-of-line steps: comments, zones and the refusal record.
+#include "services/DateCursor.h"
+
+#include "services/DateZoneNames.h"
+#include "services/LogBase.h"
+
+namespace zpdate {
+
+// Comments nest and a backslash quotes the next byte (RFC 5322 3.2.2); any
+// other byte, 128-255 included, is content.
+__attribute__((cold, noinline)) const char* skipComment(const char* p, Reading& r) {
+  const char* const open = p;
+  int depth = 0;
+  for (;;) {
+    const char c = *p;
+    if (c == '\0') return failAt(r, open, "unterminated comment");
+    ++p;
+    if (c == '(') {
+      ++depth;
+    } else if (c == ')') {
+      if (--depth == 0) return p;
+    } else if (c == '\\') {
+      if (*p == '\0') return failAt(r, open, "unterminated comment");
+      ++p;
+    }
+  }
+}
+
+namespace {
+
+// A name that tzdata gives several offsets names no instant by itself; a
+// numeric offset after it (white space and comments between) settles it.
+const char* settleAmbiguous(const char* name, const char* p, Reading& r) {
+  const char* q = skipCfws(p, r);
+  if (q && (*q == '+' || *q == '-')) return readOffset(q, r);
+  return failAt(r, name, "zone name with several offsets");
+}
+
+// A numeric offset, a zone name, or a military letter, at p.
+const char* readZone(const char* p, Reading& r) {
+  if (*p == '+' || *p == '-') return readOffset(p, r);
+  const char* const name = p;
+  uint64_t key;
+  int len;
+  p = readWord(p, key, len, r);
+  if (!p) return nullptr;
+  r.zoneKnown = true;
+  // The RFC 5322 names keep their RFC meaning, whatever else tzdata uses
+  // them for (CST is also China's and Cuba's).
+  switch (key) {
+    case nameKey("gmt"): case nameKey("ut"): case nameKey("utc"):
+      r.offset = 0;
+      // JavaScript writes GMT+0100: the offset from GMT follows the name.
+      if (*p == '+' || *p == '-') return readOffset(p, r);
+      return p;
+    case nameKey("z"): r.offset = 0; return p;
+    case nameKey("est"): r.offset = -5 * 60; return p;
+    case nameKey("edt"): r.offset = -4 * 60; return p;
+    case nameKey("cst"): r.offset = -6 * 60; return p;
+    case nameKey("cdt"): r.offset = -5 * 60; return p;
+    case nameKey("mst"): r.offset = -7 * 60; return p;
+    case nameKey("mdt"): r.offset = -6 * 60; return p;
+    case nameKey("pst"): r.offset = -8 * 60; return p;
+    case nameKey("pdt"): r.offset = -7 * 60; return p;
+    case nameKey("j"): return failAt(r, name, "J names no military zone");
+    default: break;
+  }
+  if (len == 0) return failAt(r, name, "expected a zone");
+  if (len == 1) {
+    // RFC 822 got the signs of the military letters backwards, so RFC 5322
+    // 4.3 says to read them as -0000.
+    r.zoneKnown = false;
+    r.offset = 0;
+    return p;
+  }
+  const int minutes = zoneNameOffset(name, static_cast<size_t>(len));
+  if (minutes == kUnknownZone) return failAt(r, name, "unknown zone name");
+  if (minutes == kAmbiguousZone) return settleAmbiguous(name, p, r);
+  r.offset = minutes;
+  return p;
+}
+
+}  // namespace
+
+const char* readZoneAndRest(const char* p, Reading& r) {
+  p = skipCfws(p, r);
+  if (!p) return nullptr;
+  if (*p == '\0') return p;
+  p = readZone(p, r);
+  if (!p) return nullptr;
+  // RFC 9557's suffix ("[Europe/Berlin]") and the words Go and mailers add
+  // ("+0100 CET m=+0.000123", "-0800 GMT") come after such an end.
+  if (*p == '\0' || isSpace(*p) || *p == '(' || *p == '[') return p;
+  return failAt(r, p, "expected a space after the zone");
+}
+
+__attribute__((cold, noinline)) bool refuse(LogBase& log, const char* reader, const char* why,
+                                            size_t byte, const char* text) {
+  static const char kAt[] = " at byte ";
+  char line[96];  // the longest reason is under 40 bytes; a byte count under 21
+  char* p = line;
+  for (const char* s = why; *s && p < line + 60; ++s) *p++ = *s;
+  for (const char* s = kAt; *s; ++s) *p++ = *s;
+  char digits[24];
+  char* d = digits + sizeof digits;
+  do {
+    *--d = static_cast<char>('0' + byte % 10);
+    byte /= 10;
+  } while (byte != 0);
+  while (d < digits + sizeof digits) *p++ = *d++;
+  *p = '\0';
+  log.EnterContext(reader, 1);
+  log.LogDataStr("error", line);
+  log.LogDataStr("text", text ? text : "");
+  log.LeaveContext();
+  return false;
+}
+
+}  // namespace zpdate

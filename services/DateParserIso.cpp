@@ -1,0 +1,188 @@
+// The year-first texts of parseRFC822Date, and RFC 3339 for
+// AtomDateToSysTime: ISO 8601 as programs and logs write it, and Unix
+// seconds with a fraction.
+//
+// Forms read (tests/data/rfc822_accept.tsv starts from this list):
+//
+//   2024-03-07 09:05:03                    ISO 8601 with a space (Go DateTime); zone unknown
+//   2024-03-07T09:05:03+05:30              an offset: +05:30, +0530, +05 (PostgreSQL), Z
+//   2024-03-07t09:05:03.123456Z            lower-case t; a fraction ('.' or ','), kept
+//                                          to the millisecond, truncated
+//   2024-03-07T09:05+01:00                 no seconds (Java drops a zero ":00")
+//   2024-03-07 10:05:03.123456789 +0100 CET m=+0.000123
+//                                          Go's Time.String: words after the zone are
+//                                          not read
+//   2024-03-07T10:05:03.123+01:00[Europe/Berlin]
+//                                          Java's ZonedDateTime: the offset decides, the
+//                                          RFC 9557 suffix is not read
+//   2024-03-07 10:05:03,123                Python's logging: zone unknown
+//   2024-03-07 09:05:03 GMT                a zone name, as after a mail date
+//   2024/03/07 10:05:03                    Go's log package: zone unknown
+//   2024-03-07                             a date alone: midnight, zone unknown
+//   20240307T090503Z                       the basic form (getIso8601Timestamp); also
+//                                          20240307t0905+0100
+//   1709802303.123456                      Unix seconds with a fraction (Python's time.time(),
+//                                          date +%s.%N): 9 to 12 digits, the point, 1 to 9
+//                                          digits, nothing after
+//
+// RFC 3339 (AtomDateToSysTime) is the strict subset: a T or t, seconds,
+// two-digit fields, a zone right after the time, nothing after the zone.
+//
+// Refused: one-digit fields, a two-digit year, a date alone with a zone, a
+// bracketed zone without an offset (only tzdata could tell its offset), and
+// Unix counts without a fraction (the loader reads those) or of fewer than
+// nine digits (1973 on; shorter numbers are more often versions or
+// durations than instants).
+#include "services/DateCursor.h"
+
+namespace zpdate {
+namespace {
+
+constexpr int64_t kSecondsPerDay = 86400;
+constexpr int64_t kLastUnixSecond = 253402300799;  // 9999-12-31 23:59:59
+
+// yyyy-mm-dd, or yyyy/mm/dd when `sep` is '/', the '-' or '/' at p and the
+// year read.
+inline const char* readMonthAndDay(const char* p, char sep, Reading& r) {
+  p = readFixed(p + 1, 2, 1, 12, r.f.month, r, "bad month", "month out of range");
+  if (!p) return nullptr;
+  if (*p != sep) return failAt(r, p, sep == '-' ? "expected '-' after the month"
+                                                : "expected '/' after the month");
+  r.dayAt = p + 1;
+  return readFixed(p + 1, 2, 0, 99, r.f.day, r, "bad day", "day out of range");
+}
+
+// The separator between date and time: T, t or white space (white space
+// only between slashes).
+inline const char* readDateTimeSeparator(const char* p, char sep, Reading& r) {
+  if (sep == '-' && (*p == 'T' || *p == 't')) return p + 1;
+  return needCfws(p, r, "expected T or a space after the date");
+}
+
+// The extended forms, the year read and p at its separator.
+const char* readExtended(const char* p, Reading& r) {
+  const char sep = *p;
+  p = readMonthAndDay(p, sep, r);
+  if (!p) return nullptr;
+  if (sep == '-') {
+    const char* q = skipCfws(p, r);
+    if (q && *q == '\0') {
+      r.f.hour = r.f.minute = r.f.second = r.f.millis = 0;
+      return q;
+    }
+  }
+  p = readDateTimeSeparator(p, sep, r);
+  if (!p) return nullptr;
+  p = readTime(p, r, TimeStyle::kIso);
+  return p ? readZoneAndRest(p, r) : nullptr;
+}
+
+// The basic form, the eight date digits read as `ymd` and p at the T:
+// hhmm[ss][fraction], then a zone as in the extended form.
+const char* readBasic(const char* p, int ymd, Reading& r) {
+  r.f.year = ymd / 10000;
+  r.f.month = ymd / 100 % 100;
+  r.f.day = ymd % 100;
+  if (r.f.month < 1 || r.f.month > 12) return failAt(r, r.yearAt + 4, "month out of range");
+  r.dayAt = r.yearAt + 6;
+  const char* const time = p + 1;
+  int hms, w;
+  p = readDigits(time, 6, hms, w, r, "bad time");
+  if (!p) return nullptr;
+  if (w == 4) {
+    hms *= 100;
+  } else if (w != 6) {
+    return failAt(r, time, "bad time");
+  }
+  r.f.hour = hms / 10000;
+  r.f.minute = hms / 100 % 100;
+  r.f.second = hms % 100;
+  r.f.millis = 0;
+  if (r.f.hour > 23) return failAt(r, time, "hour out of range");
+  if (r.f.minute > 59) return failAt(r, time + 2, "minute out of range");
+  if (r.f.second > 60) return failAt(r, time + 4, "second out of range");
+  if (w == 6) p = readFraction(p, r);
+  return readZoneAndRest(p, r);
+}
+
+// Unix seconds, `digits` of them at p, then the point and the fraction.
+const char* readUnixFraction(const char* p, int digits, Reading& r) {
+  if (digits < 9) return failAt(r, p, "Unix seconds need 9 to 12 digits");
+  int64_t seconds = 0;
+  for (int i = 0; i < digits; ++i) seconds = seconds * 10 + (p[i] - '0');
+  if (seconds > kLastUnixSecond) return failAt(r, p, "Unix seconds past the year 9999");
+  const char* const fraction = p + digits + 1;
+  const char* q = readFraction(p + digits, r);
+  if (q - fraction > 9) return failAt(r, fraction, "more than 9 fraction digits");
+  q = skipCfws(q, r);
+  if (!q) return nullptr;
+  if (*q != '\0') return failAt(r, q, "text after the Unix seconds");
+  const int64_t days = seconds / kSecondsPerDay;
+  const int secs = static_cast<int>(seconds % kSecondsPerDay);
+  const zpcivil::CivilDate c = zpcivil::civilFromDays(days);
+  r.f.year = static_cast<int>(c.year);
+  r.f.month = c.month;
+  r.f.day = c.day;
+  r.f.hour = secs / 3600;
+  r.f.minute = secs / 60 % 60;
+  r.f.second = secs % 60;
+  r.dayAt = p;
+  r.zoneKnown = true;
+  r.offset = 0;
+  return q;
+}
+
+}  // namespace
+
+const char* readYearFirst(const char* p, Reading& r) {
+  r.yearAt = p;
+  int n = 0;
+  while (n < 13 && isDigit(p[n])) ++n;
+  const char after = p[n];
+  if (after == '.' && isDigit(p[n + 1]) && n <= 12) return readUnixFraction(p, n, r);
+  if (n == 4 && (after == '-' || after == '/')) {
+    r.f.year = (p[0] - '0') * 1000 + (p[1] - '0') * 100 + (p[2] - '0') * 10 + (p[3] - '0');
+    return readExtended(p + 4, r);
+  }
+  if (n == 8 && (after == 'T' || after == 't')) {
+    int ymd = 0;
+    for (int i = 0; i < 8; ++i) ymd = ymd * 10 + (p[i] - '0');
+    return readBasic(p + 8, ymd, r);
+  }
+  return failAt(r, p, "expected a date");
+}
+
+namespace {
+
+// The fields by steps, each failure explained.
+const char* readRfc3339Fields(const char* p, Reading& r) {
+  r.yearAt = p;
+  p = readFixed(p, 4, 0, 9999, r.f.year, r, "bad year", "bad year");
+  if (!p) return nullptr;
+  if (*p != '-') return failAt(r, p, "expected '-' after the year");
+  p = readMonthAndDay(p, '-', r);
+  if (!p) return nullptr;
+  if (*p != 'T' && *p != 't') return failAt(r, p, "expected T after the date");
+  return readTime(p + 1, r, TimeStyle::kRfc3339);
+}
+
+}  // namespace
+
+const char* readRfc3339(const char* p, Reading& r) {
+  // By position first: 27 ns instead of 31 ns a text on BM_ParseAtom_Ours.
+  if (const char* q = readFixedIsoDateTime(p, r)) {
+    p = readFraction(q, r, false);
+  } else {
+    p = readRfc3339Fields(p, r);
+    if (!p) return nullptr;
+  }
+  if (*p == 'Z' || *p == 'z') {
+    r.zoneKnown = true;
+    r.offset = 0;
+    return p + 1;
+  }
+  if (*p == '+' || *p == '-') return readOffset(p, r);
+  return failAt(r, p, "expected Z or an offset after the time");
+}
+
+}  // namespace zpdate
