@@ -1,5 +1,6 @@
 // GNU date's +FORMAT: the C library's strftime conversions (flags and widths
-// included) on a broken-down clock, plus the ones strftime lacks:
+// included) on a broken-down clock, with %Y and %F in four-digit years as
+// GNU date writes them, plus the conversions strftime lacks:
 //
 //   %N      nanoseconds of what was read (held to the millisecond); %3N
 //           milliseconds, %6N microseconds, wider pads with zeros

@@ -83,11 +83,12 @@ constexpr Named kRfc3339Formats[] = {
     {"ns", Form::kPattern, "%Y-%m-%d %H:%M:%S.%N%:z"},
 };
 
-// The entry `arg` names exactly or by a unique abbreviation, as GNU's argmatch.
+// The entry `arg` names exactly or by a unique abbreviation, as GNU's
+// argmatch; null when none, or several (`prefixes` tells).
 template <size_t N>
-const Named* match(const char* arg, const Named (&table)[N]) {
+const Named* match(const char* arg, const Named (&table)[N], int& prefixes) {
   const Named* found = nullptr;
-  int prefixes = 0;
+  prefixes = 0;
   for (const Named& n : table) {
     if (std::strcmp(n.name, arg) == 0) return &n;
     if (*arg != '\0' && std::strncmp(n.name, arg, std::strlen(arg)) == 0) {
@@ -109,13 +110,17 @@ Parsed usage(const char* message) {
   return Parsed::kUsageError;
 }
 
+// Looks `arg` up in `table` for `option`; null after a usage message.
 template <size_t N>
-Parsed badArgument(const char* option, const char* arg, const Named (&table)[N]) {
+const Named* argument(const char* option, const char* arg, const Named (&table)[N]) {
+  int prefixes = 0;
+  if (const Named* found = match(arg, table, prefixes)) return found;
   std::string names;
   listNames(table, names);
-  std::fprintf(stderr, "zpdate: invalid argument '%s' for '%s'; valid arguments: %s\n", arg,
-               option, names.c_str());
-  return usage(nullptr);
+  std::fprintf(stderr, "zpdate: %s argument '%s' for '%s'; valid arguments: %s\n",
+               prefixes > 1 ? "ambiguous" : "invalid", arg, option, names.c_str());
+  usage(nullptr);
+  return nullptr;
 }
 
 const char* longName(int value) {
@@ -158,22 +163,14 @@ Parsed parseOptions(int argc, char** argv, Options& o) {
       case 'f': o.file = optarg; break;
       case 'u': setenv("TZ", "UTC0", 1); break;  // before the module's first zone lookup
       case 'R': chosen = choose(Settings::Shape::kForm, &rfcEmail); break;
-      case 'I': {
-        const Named* format = match(optarg ? optarg : "date", kIso8601);
-        if (format == nullptr) return badArgument("--iso-8601", optarg, kIso8601);
-        chosen = choose(Settings::Shape::kForm, format);
-        break;
-      }
-      case kRfc3339: {
-        const Named* format = match(optarg, kRfc3339Formats);
-        if (format == nullptr) return badArgument("--rfc-3339", optarg, kRfc3339Formats);
-        chosen = choose(Settings::Shape::kForm, format);
-        break;
-      }
+      case 'I':
+      case kRfc3339:
       case kTo: {
-        const Named* form = match(optarg, kForms);
-        if (form == nullptr) return badArgument("--to", optarg, kForms);
-        chosen = choose(Settings::Shape::kForm, form);
+        const Named* named = c == 'I'       ? argument("--iso-8601", optarg ? optarg : "date", kIso8601)
+                             : c == kTo     ? argument("--to", optarg, kForms)
+                                            : argument("--rfc-3339", optarg, kRfc3339Formats);
+        if (named == nullptr) return Parsed::kUsageError;
+        chosen = choose(Settings::Shape::kForm, named);
         break;
       }
       case kJson: chosen = choose(Settings::Shape::kJson, nullptr); break;
