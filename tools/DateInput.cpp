@@ -98,28 +98,31 @@ bool readJsonDate(const char* p, const char* end, long long& millis, int& hours)
   if (negative) ++p;
   const char* digits = p;
   while (p < end && isDigit(*p)) ++p;
-  const size_t count = static_cast<size_t>(p - digits);
+  const char* digitsEnd = p;
+  if (digits == digitsEnd) return false;
   hours = 0;
   if (p < end) {
     if (end - p != 5 || (*p != '+' && *p != '-') || !allDigits(p + 1, 4)) return false;
     hours = (p[1] - '0') * 10 + (p[2] - '0');
     if (*p == '-') hours = -hours;
   }
-  if (count == 0) return false;
-  while (digits + 1 < p && *digits == '0') ++digits;
-  // 16 digits of milliseconds pass the year 9999; more would overflow.
+  while (digits + 1 < digitsEnd && *digits == '0') ++digits;
+  // 16 digits of milliseconds are past the year 9999 already; more would overflow.
   millis = 0;
-  for (const char* d = digits; d < p && d < digits + 16; ++d) millis = 10 * millis + (*d - '0');
+  for (const char* d = digits; d < digitsEnd && d < digits + 16; ++d) millis = 10 * millis + (*d - '0');
   if (negative) millis = -millis;
   return true;
 }
 
-// Refuses what loadAnyFormat would misread; `millis` gets a fraction the
-// loader drops. `t` is the text, `size` its length.
-bool checkShape(const char* t, size_t size, long long& jsonMillis, bool& isJson, unsigned& millis,
-                std::string& why) {
-  isJson = false;
-  millis = 0;
+// What the tool keeps of a text that the loader drops: the milliseconds of
+// a JSON date or a GeneralizedTime fraction.
+struct Kept {
+  unsigned millis = 0;
+  bool secondLate = false;  // the loader's second is one past the instant's
+};
+
+// Refuses what loadAnyFormat would misread; `t` is the text, `size` its length.
+bool checkShape(const char* t, size_t size, Kept& kept, std::string& why) {
   if (size > 0 && allDigits(t, size)) {
     // The loader reads decimal seconds as 32 bits and saturates beyond them.
     if (size > 10 || std::strtoull(t, nullptr, 10) > 4294967295ULL) {
@@ -129,13 +132,16 @@ bool checkShape(const char* t, size_t size, long long& jsonMillis, bool& isJson,
   }
   if (std::memchr(t, '(', size) != nullptr && std::strstr(t, "Date(") != nullptr &&
       std::memchr(t, '/', size) != nullptr) {
+    long long millis = 0;
     int hours = 0;
-    if (!readJsonDate(t, t + size, jsonMillis, hours)) {
+    if (!readJsonDate(t, t + size, millis, hours)) {
       return refuse(why, "not a JSON date /Date(milliseconds[+hhmm])/");
     }
-    isJson = true;
-    const long long seconds = zpcivil::floorDiv(jsonMillis, 1000) - hours * 3600LL;
-    return inYears(seconds) || refuse(why, kOutsideYears);
+    const long long seconds = zpcivil::floorDiv(millis, 1000);
+    kept.millis = static_cast<unsigned>(millis - seconds * 1000);
+    // The loader truncates toward zero: before 1970 that is one second late.
+    kept.secondLate = millis < 0 && kept.millis != 0;
+    return inYears(seconds - hours * 3600LL) || refuse(why, kOutsideYears);
   }
   const bool asnShape = size > 0 && t[size - 1] == 'Z' && std::memchr(t, '-', size) == nullptr &&
                         std::memchr(t, ':', size) == nullptr;
@@ -149,7 +155,7 @@ bool checkShape(const char* t, size_t size, long long& jsonMillis, bool& isJson,
     if (!allDigits(t, 14) || !allDigits(t + 15, 3)) {
       return refuse(why, "not a GeneralizedTime: a field is not digits");
     }
-    millis = static_cast<unsigned>((t[15] - '0') * 100 + (t[16] - '0') * 10 + (t[17] - '0'));
+    kept.millis = static_cast<unsigned>((t[15] - '0') * 100 + (t[16] - '0') * 10 + (t[17] - '0'));
   }
   return true;
 }
@@ -214,24 +220,17 @@ bool loadText(const char* text, size_t size, bool assumeLocal, StringBuffer& scr
   if (std::memchr(text, '\0', size) != nullptr) return refuse(why, "holds a zero byte");
   scratch.clear();
   scratch.appendN(text, static_cast<unsigned>(size));
-  long long jsonMillis = 0;
-  bool isJson = false;
-  unsigned millis = 0;
-  if (!checkShape(scratch.getString(), size, jsonMillis, isJson, millis, why)) return false;
+  Kept kept;
+  if (!checkShape(scratch.getString(), size, kept, why)) return false;
 
   ZephalSysTime value;
   if (!value.loadAnyFormat(false, scratch)) return refuse(why, "not a date");
-  if (isJson) {
-    // The loader truncates the count toward zero; before 1970 that is one
-    // second late whenever milliseconds are left over.
-    millis = static_cast<unsigned>(jsonMillis - zpcivil::floorDiv(jsonMillis, 1000) * 1000);
-    if (jsonMillis < 0 && millis != 0) value.addSeconds64(-1);
-  }
+  if (kept.secondLate) value.addSeconds64(-1);
   if (assumeLocal && value.m_bFromUnknownTimezone && !value.m_bLocal) {
     value.m_bLocal = true;
     value.m_isDst = -1;
   }
-  return finish(value, millis + value.m_time.wMilliseconds, out, why);
+  return finish(value, kept.millis + value.m_time.wMilliseconds, out, why);
 }
 
 bool loadNumeric(Numeric kind, const char* const* values, bool assumeLocal, Instant& out,

@@ -130,50 +130,72 @@ const char* longName(int value) {
   return "?";
 }
 
+// Takes the output `named` gives (null: --json); false when one was taken.
+bool choose(Options& o, Settings::Shape shape, const Named* named) {
+  if (o.outputChosen) return false;
+  o.outputChosen = true;
+  o.settings.shape = shape;
+  if (named != nullptr) {
+    o.settings.form = named->form;
+    o.settings.pattern = named->pattern ? named->pattern : "";
+  }
+  return true;
+}
+
+void addText(Options& o, const char* text) {
+  o.inputs.push_back({true, Numeric::kNow, {text, nullptr}, text});
+}
+
+// An operand: +FORMAT, or a date text. False for a second output.
+bool addOperand(Options& o, const char* arg) {
+  if (arg[0] != '+') {
+    addText(o, arg);
+    return true;
+  }
+  const Named format{"+FORMAT", Form::kPattern, arg + 1};
+  return choose(o, Settings::Shape::kForm, &format);
+}
+
+// A numeric input; --dos takes the argument after its own as well.
+bool addNumeric(Options& o, int c, int argc, char** argv) {
+  Input in{false, static_cast<Numeric>(c - kFirstNumeric), {optarg, nullptr}, "--"};
+  in.label += longName(c);
+  if (in.kind == Numeric::kDos) {
+    if (optind >= argc) return false;
+    in.values[1] = argv[optind++];  // getopt_long treats it as the option's, as it does optarg
+  }
+  for (const char* value : in.values) {
+    if (value != nullptr) in.label += std::string(" ") + value;
+  }
+  o.inputs.push_back(in);
+  return true;
+}
+
 }  // namespace
 
 Parsed parseOptions(int argc, char** argv, Options& o) {
-  auto choose = [&o](Settings::Shape shape, const Named* named) {
-    if (o.outputChosen) return false;
-    o.outputChosen = true;
-    o.settings.shape = shape;
-    if (named != nullptr) {
-      o.settings.form = named->form;
-      o.settings.pattern = named->pattern ? named->pattern : "";
-    }
-    return true;
-  };
-  auto text = [&o](const char* value) { o.inputs.push_back({true, Numeric::kNow, {value, nullptr}, value}); };
-  Named pattern{"+FORMAT", Form::kPattern, nullptr};
-  const Named rfcEmail{"rfc-email", Form::kRfc822Local, nullptr};
+  static const Named kRfcEmail{"rfc-email", Form::kRfc822Local, nullptr};
   bool chosen = true;
   argv[0] = const_cast<char*>("zpdate");  // getopt_long's messages name the program so
   optind = 1;
   for (int c; (c = getopt_long(argc, argv, kShortOptions, kOptions, nullptr)) != -1;) {
     switch (c) {
-      case 1:
-        if (optarg[0] != '+') {
-          text(optarg);
-          break;
-        }
-        pattern.pattern = optarg + 1;
-        chosen = choose(Settings::Shape::kForm, &pattern);
-        break;
-      case 'd': text(optarg); break;
+      case 1: chosen = addOperand(o, optarg); break;
+      case 'd': addText(o, optarg); break;
       case 'f': o.file = optarg; break;
       case 'u': setenv("TZ", "UTC0", 1); break;  // before the module's first zone lookup
-      case 'R': chosen = choose(Settings::Shape::kForm, &rfcEmail); break;
+      case 'R': chosen = choose(o, Settings::Shape::kForm, &kRfcEmail); break;
       case 'I':
       case kRfc3339:
       case kTo: {
-        const Named* named = c == 'I'       ? argument("--iso-8601", optarg ? optarg : "date", kIso8601)
-                             : c == kTo     ? argument("--to", optarg, kForms)
-                                            : argument("--rfc-3339", optarg, kRfc3339Formats);
+        const Named* named = c == 'I'   ? argument("--iso-8601", optarg ? optarg : "date", kIso8601)
+                             : c == kTo ? argument("--to", optarg, kForms)
+                                        : argument("--rfc-3339", optarg, kRfc3339Formats);
         if (named == nullptr) return Parsed::kUsageError;
-        chosen = choose(Settings::Shape::kForm, named);
+        chosen = choose(o, Settings::Shape::kForm, named);
         break;
       }
-      case kJson: chosen = choose(Settings::Shape::kJson, nullptr); break;
+      case kJson: chosen = choose(o, Settings::Shape::kJson, nullptr); break;
       case kLog: o.settings.log = true; break;
       case kAssumeLocal: o.settings.assumeLocal = true; break;
       case kSamples: o.samples = true; break;
@@ -181,20 +203,12 @@ Parsed parseOptions(int argc, char** argv, Options& o) {
       case 'V': return Parsed::kVersion;
       default:
         if (c < kFirstNumeric || c > numeric(Numeric::kNow)) return usage(nullptr);
-        Input in{false, static_cast<Numeric>(c - kFirstNumeric), {optarg, nullptr}, "--"};
-        in.label += longName(c);
-        if (in.kind == Numeric::kDos) {
-          if (optind >= argc) return usage("option '--dos' needs a DATE and a TIME word");
-          in.values[1] = argv[optind++];
-        }
-        for (const char* value : in.values) {
-          if (value != nullptr) in.label += std::string(" ") + value;
-        }
-        o.inputs.push_back(in);
+        if (!addNumeric(o, c, argc, argv)) return usage("option '--dos' needs a DATE and a TIME word");
     }
     if (!chosen) return usage("multiple output formats specified");
   }
-  for (; optind < argc; ++optind) text(argv[optind]);  // after "--"
+  for (; optind < argc && chosen; ++optind) chosen = addOperand(o, argv[optind]);  // after "--"
+  if (!chosen) return usage("multiple output formats specified");
   if (o.file != nullptr && !o.inputs.empty()) return usage("-f takes no TEXT or numeric input");
   if (o.settings.log && o.settings.shape != Settings::Shape::kBlock) {
     return usage("--log adds to the block, which an output form replaces");
