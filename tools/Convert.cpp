@@ -51,7 +51,7 @@ bool convertOne(const Settings& s, const char* where, const char* text, size_t s
 }
 
 BlockCount convertBlock(const Settings& s, const char* data, size_t size, unsigned long firstLine,
-                    std::string& out, std::string& messages) {
+                        std::string& out, std::string& messages) {
   StringBuffer scratch;
   Instant in;
   std::string why;
@@ -59,7 +59,8 @@ BlockCount convertBlock(const Settings& s, const char* data, size_t size, unsign
   BlockCount count{0, 0};
   unsigned long number = firstLine;
   for (const char* end = data + size; data < end; ++number, ++count.lines) {
-    const char* newline = static_cast<const char*>(std::memchr(data, '\n', static_cast<size_t>(end - data)));
+    const char* newline =
+        static_cast<const char*>(std::memchr(data, '\n', static_cast<size_t>(end - data)));
     const char* line = data;
     size_t length = static_cast<size_t>(newline - data);
     data = newline + 1;
@@ -83,7 +84,8 @@ BlockCount convertBlock(const Settings& s, const char* data, size_t size, unsign
       loaded = false;
     }
     std::snprintf(where, sizeof where, "line %lu: ", number);
-    count.failed += !convertOne(s, where, shown, length, loaded ? &in : nullptr, why, true, out, messages);
+    count.failed +=
+        !convertOne(s, where, shown, length, loaded ? &in : nullptr, why, true, out, messages);
   }
   return count;
 }

@@ -20,7 +20,7 @@ struct Settings {
   Form form = Form::kIso;  // for kForm
   std::string pattern;     // for Form::kPattern
   bool assumeLocal = false;
-  bool log = false;        // kBlock: add the module's log record
+  bool log = false;  // kBlock: add the module's log record
 };
 
 // Appends what one input gives: for a loaded input (`in` not null) its block,
@@ -39,6 +39,6 @@ struct BlockCount {
 // Converts the lines in data[0, size), each ending in '\n', the first being
 // line `firstLine`: one output line per input line.
 BlockCount convertBlock(const Settings& s, const char* data, size_t size, unsigned long firstLine,
-                    std::string& out, std::string& messages);
+                        std::string& out, std::string& messages);
 
 }  // namespace zpdate

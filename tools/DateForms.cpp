@@ -25,8 +25,8 @@ void appendText(const StringBuffer& text, std::string& out) {
 }
 
 // 2024-03-07T09:05:03[.123](Z|+01:00); `gmtoff` null for Z.
-void appendRfc3339(int year, int month, int day, int hour, int minute, int second,
-                   unsigned millis, const long* gmtoff, std::string& out) {
+void appendRfc3339(int year, int month, int day, int hour, int minute, int second, unsigned millis,
+                   const long* gmtoff, std::string& out) {
   char text[32];
   char* p = zpPutDigits(text, static_cast<uint32_t>(year), 4);
   const int rest[5] = {month, day, hour, minute, second};
@@ -96,7 +96,8 @@ bool localClock(const Instant& in, Clock& clock, std::string& why) {
   zp_localtime_r(&seconds, &clock.fields);
   clock.millis = in.gmt.m_time.wMilliseconds;
   const int year = clock.fields.tm_year + 1900;
-  return (year >= 1 && year <= 9999) || refuse(why, "outside the years 0001 to 9999 on the local clock");
+  return (year >= 1 && year <= 9999) ||
+         refuse(why, "outside the years 0001 to 9999 on the local clock");
 }
 
 bool fileTimeOf(const Instant& in, unsigned long long& count, std::string& why) {
@@ -123,7 +124,9 @@ bool appendForm(Form form, const char* pattern, const Instant& in, std::string& 
                     nullptr, out);
       return true;
     case Form::kUtcTime: {
-      if (g.wYear < 1950 || g.wYear > 2049) return refuse(why, "UTCTime holds the years 1950 to 2049");
+      if (g.wYear < 1950 || g.wYear > 2049) {
+        return refuse(why, "UTCTime holds the years 1950 to 2049");
+      }
       ZephalSysTime copy;  // the writer converts the value it is called on
       copy.copyFrom(in.gmt);
       copy.getAsnUtcDateTime(text);
@@ -137,9 +140,7 @@ bool appendForm(Form form, const char* pattern, const Instant& in, std::string& 
       appendText(text, out);
       return true;
     }
-    case Form::kUnix:
-      out += std::to_string(in.seconds);
-      return true;
+    case Form::kUnix: out += std::to_string(in.seconds); return true;
     case Form::kFileTime:
     case Form::kTicks: {
       unsigned long long count = 0;
@@ -153,8 +154,7 @@ bool appendForm(Form form, const char* pattern, const Instant& in, std::string& 
       out += std::to_string(count);
       return true;
     }
-    case Form::kDos:
-      return appendDos(in, out, why);
+    case Form::kDos: return appendDos(in, out, why);
     case Form::kOle: {
       if (g.wYear < 100) return refuse(why, "OLE dates start at 0100-01-01");
       ZephalSysTime copy;
@@ -167,8 +167,7 @@ bool appendForm(Form form, const char* pattern, const Instant& in, std::string& 
     }
     case Form::kRfc3339Local:
     case Form::kRfc822Local:
-    case Form::kPattern:
-      return appendLocal(form, pattern, in, out, why);
+    case Form::kPattern: return appendLocal(form, pattern, in, out, why);
   }
   return refuse(why, "unknown form");
 }

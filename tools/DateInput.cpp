@@ -109,7 +109,8 @@ bool readJsonDate(const char* p, const char* end, long long& millis, int& hours)
   while (digits + 1 < digitsEnd && *digits == '0') ++digits;
   // 16 digits of milliseconds are past the year 9999 already; more would overflow.
   millis = 0;
-  for (const char* d = digits; d < digitsEnd && d < digits + 16; ++d) millis = 10 * millis + (*d - '0');
+  for (const char* d = digits; d < digitsEnd && d < digits + 16; ++d)
+    millis = 10 * millis + (*d - '0');
   if (negative) millis = -millis;
   return true;
 }
@@ -246,7 +247,9 @@ bool loadNumeric(Numeric kind, const char* const* values, bool assumeLocal, Inst
       return finish(value, 0, out, why);
     case Numeric::kUnixMs: {
       if (!readSigned(values[0], n)) return refuse(why, "not a number of milliseconds");
-      if (n < kFirstSecond * 1000 || n > kLastSecond * 1000 + 999) return refuse(why, kOutsideYears);
+      if (n < kFirstSecond * 1000 || n > kLastSecond * 1000 + 999) {
+        return refuse(why, kOutsideYears);
+      }
       const long long seconds = zpcivil::floorDiv(n, 1000);
       value.fromUnixTime64(false, seconds);
       return finish(value, static_cast<unsigned>(n - seconds * 1000), out, why);
@@ -263,7 +266,8 @@ bool loadNumeric(Numeric kind, const char* const* values, bool assumeLocal, Inst
         return refuse(why, "not a pair of 16-bit DOS words");
       }
       if (!checkDosWords(static_cast<unsigned>(u), static_cast<unsigned>(v), why)) return false;
-      value.fromDosDateTime(static_cast<unsigned short>(u), static_cast<unsigned short>(v), nullptr);
+      value.fromDosDateTime(static_cast<unsigned short>(u), static_cast<unsigned short>(v),
+                            nullptr);
       return finish(value, 0, out, why);
     case Numeric::kOle: {
       char* end = nullptr;
@@ -274,9 +278,7 @@ bool loadNumeric(Numeric kind, const char* const* values, bool assumeLocal, Inst
       }
       return finish(value, 0, out, why);
     }
-    case Numeric::kNow:
-      value.getCurrentGmt();
-      return finish(value, 0, out, why);
+    case Numeric::kNow: value.getCurrentGmt(); return finish(value, 0, out, why);
   }
   return refuse(why, "unknown input");
 }

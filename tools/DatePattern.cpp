@@ -80,8 +80,10 @@ void appendPattern(const char* pattern, const Clock& clock, std::string& out) {
     if (specSize == 2 && (conversion == 'Y' || conversion == 'F')) {
       // Four digits for any year, as GNU date writes it (strftime writes "1").
       char year[4];
-      out.append(year, static_cast<size_t>(
-                           zpPutDigits(year, static_cast<uint32_t>(clock.fields.tm_year + 1900), 4) - year));
+      out.append(
+          year,
+          static_cast<size_t>(
+              zpPutDigits(year, static_cast<uint32_t>(clock.fields.tm_year + 1900), 4) - year));
       if (conversion == 'F') appendConversion("-%m-%d", 6, clock.fields, out);
     } else if (conversion == 'N' && colons == 0) {
       appendNanoseconds(clock.millis, hasWidth ? width : 9, out);

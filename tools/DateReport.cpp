@@ -82,8 +82,8 @@ void appendBlock(const std::string& input, const Instant& in, bool withLog, std:
     const char* label;
     Form form;
   } kForms[] = {
-      {"ISO 8601", Form::kIso},          {"UTCTime", Form::kUtcTime},
-      {"RFC 822 GMT", Form::kRfc822},    {"RFC 822 local", Form::kRfc822Local},
+      {"ISO 8601", Form::kIso},       {"UTCTime", Form::kUtcTime},
+      {"RFC 822 GMT", Form::kRfc822}, {"RFC 822 local", Form::kRfc822Local},
       {"Unix seconds", Form::kUnix},
   };
   for (const auto& f : kForms) {
@@ -92,7 +92,10 @@ void appendBlock(const std::string& input, const Instant& in, bool withLog, std:
   }
   const Shown fileTime = show(Form::kFileTime, in);
   const Halves halves = halvesOf(in);
-  line("FILETIME", fileTime.ok ? fileTime.text + " (high " + halves.high.text + ", low " + halves.low.text + ")" : fileTime.text, fileTime.ok);
+  line("FILETIME",
+       fileTime.ok ? fileTime.text + " (high " + halves.high.text + ", low " + halves.low.text + ")"
+                   : fileTime.text,
+       fileTime.ok);
   line(".NET ticks", show(Form::kTicks, in).text, true);
   Shown dos = show(Form::kDos, in);
   if (dos.ok) dos.text = "date " + dos.text.substr(0, 6) + ", time " + dos.text.substr(7);

@@ -29,7 +29,7 @@ class LineReader {
   int error() const { return m_error; }  // errno of a failed read, 0 if none
 
  private:
-  bool fill();            // moves the unread tail to the front and reads more
+  bool fill();  // moves the unread tail to the front and reads more
   void skipByteOrderMark();
   bool skipOverlongRest();  // drops the rest of a cut line; false at the end
 

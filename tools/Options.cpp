@@ -203,7 +203,9 @@ Parsed parseOptions(int argc, char** argv, Options& o) {
       case 'V': return Parsed::kVersion;
       default:
         if (c < kFirstNumeric || c > numeric(Numeric::kNow)) return usage(nullptr);
-        if (!addNumeric(o, c, argc, argv)) return usage("option '--dos' needs a DATE and a TIME word");
+        if (!addNumeric(o, c, argc, argv)) {
+          return usage("option '--dos' needs a DATE and a TIME word");
+        }
     }
     if (!chosen) return usage("multiple output formats specified");
   }

@@ -15,9 +15,9 @@ namespace zpdate {
 // One input on the command line, in the order given.
 struct Input {
   bool isText;
-  Numeric kind;            // when not a text
-  const char* values[2];   // the text, or the option's values
-  std::string label;       // as the user wrote it, for the output and messages
+  Numeric kind;           // when not a text
+  const char* values[2];  // the text, or the option's values
+  std::string label;      // as the user wrote it, for the output and messages
 };
 
 struct Options {
@@ -25,7 +25,7 @@ struct Options {
   std::vector<Input> inputs;
   const char* file = nullptr;  // -f
   bool samples = false;
-  bool outputChosen = false;   // an output form or --json was named
+  bool outputChosen = false;  // an output form or --json was named
 };
 
 enum class Parsed { kRun, kHelp, kVersion, kUsageError };

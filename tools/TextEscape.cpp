@@ -103,7 +103,8 @@ void appendEscaped(const char* text, size_t size, std::string& out) {
       ++i;
     } else {
       const char octal[4] = {'\\', static_cast<char>('0' + (c >> 6)),
-                             static_cast<char>('0' + ((c >> 3) & 7)), static_cast<char>('0' + (c & 7))};
+                             static_cast<char>('0' + ((c >> 3) & 7)),
+                             static_cast<char>('0' + (c & 7))};
       out.append(octal, 4);
       ++i;
     }

@@ -103,17 +103,24 @@ using zpdate::Numeric;
 
 std::vector<Input> samples() {
   static const char* const kTexts[] = {
-      "/Date(1700000000123+0100)/", "2024-03-07T09:05:03.123+01:00", "20240307090503.123Z",
-      "1700000000", "240307090503Z", "20240307090503Z", "Thu, 07 Mar 2024 09:05:03 GMT",
+      "/Date(1700000000123+0100)/",
+      "2024-03-07T09:05:03.123+01:00",
+      "20240307090503.123Z",
+      "1700000000",
+      "240307090503Z",
+      "20240307090503Z",
+      "Thu, 07 Mar 2024 09:05:03 GMT",
   };
   std::vector<Input> out;
   for (const char* t : kTexts) out.push_back({true, Numeric::kNow, {t, nullptr}, t});
   out.push_back({false, Numeric::kUnix, {"1245073530", nullptr}, "--unix 1245073530"});
   out.push_back({false, Numeric::kUnixMs, {"1709802303123", nullptr}, "--unix-ms 1709802303123"});
-  out.push_back({false, Numeric::kFileTime, {"0x01D9E6A1B2C3D4E5", nullptr},
+  out.push_back({false,
+                 Numeric::kFileTime,
+                 {"0x01D9E6A1B2C3D4E5", nullptr},
                  "--filetime 0x01D9E6A1B2C3D4E5"});
-  out.push_back({false, Numeric::kTicks, {"638453211030000000", nullptr},
-                 "--ticks 638453211030000000"});
+  out.push_back(
+      {false, Numeric::kTicks, {"638453211030000000", nullptr}, "--ticks 638453211030000000"});
   out.push_back({false, Numeric::kDos, {"0x3ACF", "0x6DAF"}, "--dos 0x3ACF 0x6DAF"});
   out.push_back({false, Numeric::kOle, {"45358.37850694", nullptr}, "--ole 45358.37850694"});
   return out;
@@ -133,11 +140,10 @@ int convertInputs(const zpdate::Settings& s, const std::vector<Input>& inputs,
   std::string why, text, messages;
   int status = 0;
   for (const Input& input : inputs) {
-    const bool loaded =
-        input.isText
-            ? zpdate::loadText(input.values[0], std::strlen(input.values[0]), s.assumeLocal,
-                               scratch, in, why)
-            : zpdate::loadNumeric(input.kind, input.values, s.assumeLocal, in, why);
+    const bool loaded = input.isText
+                            ? zpdate::loadText(input.values[0], std::strlen(input.values[0]),
+                                               s.assumeLocal, scratch, in, why)
+                            : zpdate::loadNumeric(input.kind, input.values, s.assumeLocal, in, why);
     if (!zpdate::convertOne(s, "", input.label.data(), input.label.size(), loaded ? &in : nullptr,
                             why, false, text, messages)) {
       status = 1;
