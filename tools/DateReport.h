@@ -1,33 +1,29 @@
-// Renders one date in every form the time module writes: as a readable
-// block, as one JSON object, or as a single form for pipelines.
+// Shows one instant in every form the time module writes: as a block for
+// people to read, or as one JSON object for programs. A form that cannot hold
+// the instant says so in the block and is null in the object.
 #pragma once
 
+#include <cstddef>
 #include <string>
 
-#include "services/StringBuffer.h"
-#include "time/ZephalSysTime.h"
+#include "tools/DateInput.h"
 
 namespace zpdate {
 
-// The forms `--to` can name.
-enum class Form { kIso, kUtcTime, kRfc822, kUnix, kFileTime, kTicks, kDos, kOle };
-
-// Looks a form up by its `--to` name ("iso", "utctime", ...); false if unknown.
-bool formByName(const char* name, Form& form);
-
-// The `--to` names, comma-separated, for messages.
-const char* formNames();
-
-// How a value was read: "GMT", "local" or "unknown zone".
+// How a value was read: "GMT", "local", or, for a text that states no zone,
+// "unknown zone" (read as GMT) or "local, no zone stated".
 const char* readingOf(const ZephalSysTime& value);
 
-// Appends the block: the input, then one labelled line per form, then the log record.
-void appendBlock(const char* input, const ZephalSysTime& value, std::string& out);
+// Appends the block: the input, then what a person reads first (the instant
+// in GMT and on the local clock, with the days of the week), the exchange
+// texts, the numbers, and with `withLog` the module's log record.
+void appendBlock(const std::string& input, const Instant& in, bool withLog, std::string& out);
 
-// Appends one JSON object on one line (no newline).
-void appendJson(const char* input, const ZephalSysTime& value, std::string& out);
+// Appends one JSON object on one line (no newline); `input` may hold any bytes.
+void appendJson(const char* input, size_t size, const Instant& in, std::string& out);
 
-// Appends the single form (no newline). Works on copies; `value` is unchanged.
-void appendForm(Form form, const ZephalSysTime& value, StringBuffer& out);
+// Appends {"input":...,"error":...} for an input that gave no instant;
+// "input" is null when `input` is (a line too long to show).
+void appendJsonError(const char* input, size_t size, const std::string& why, std::string& out);
 
 }  // namespace zpdate

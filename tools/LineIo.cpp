@@ -1,74 +1,123 @@
 #include "tools/LineIo.h"
 
+#include <unistd.h>
+
+#include <cerrno>
 #include <cstring>
 
 namespace zpdate {
-
 namespace {
-constexpr size_t kBlock = 1 << 16;
-}
 
-LineReader::LineReader(std::FILE* in) : m_in(in), m_buffer(kBlock + kMaxLine) {}
+constexpr size_t kBlock = 1 << 16;  // bytes a read asks for, and a write's size
+// The buffer holds a block and the unread start of a line, which is shorter
+// than kMaxLine + 2 whenever a read is due; one byte more takes the '\n'
+// supplied after a last or cut line.
+constexpr size_t kCapacity = kBlock + kMaxLine + 2;
+constexpr char kByteOrderMark[] = "\xEF\xBB\xBF";
 
-bool LineReader::refill() {
-  if (m_eof) return false;
-  std::memmove(m_buffer.data(), m_buffer.data() + m_begin, m_end - m_begin);
+}  // namespace
+
+LineReader::LineReader(int fd) : m_fd(fd), m_buffer(kCapacity + 1) {}
+
+bool LineReader::fill() {
+  char* buffer = m_buffer.data();
+  std::memmove(buffer, buffer + m_begin, m_end - m_begin);
   m_end -= m_begin;
   m_begin = 0;
-  const size_t got = std::fread(m_buffer.data() + m_end, 1, m_buffer.size() - m_end, m_in);
-  m_end += got;
-  if (got == 0) {
+  for (;;) {
+    const ssize_t got = read(m_fd, buffer + m_end, kCapacity - m_end);
+    if (got > 0) {
+      m_end += static_cast<size_t>(got);
+      return true;
+    }
+    if (got < 0 && errno == EINTR) continue;
+    if (got < 0) {
+      m_error = errno;
+      m_end = 0;  // a line the error cut short is not converted
+    }
     m_eof = true;
-    m_failed = std::ferror(m_in) != 0;
+    return false;
   }
-  return got > 0;
 }
 
-bool LineReader::next(const char*& line, size_t& length, bool& tooLong) {
-  tooLong = false;
+void LineReader::skipByteOrderMark() {
+  m_started = true;
+  while (m_end - m_begin < 3 && fill()) {
+  }
+  if (m_end - m_begin >= 3 && std::memcmp(m_buffer.data() + m_begin, kByteOrderMark, 3) == 0) {
+    m_begin += 3;
+  }
+}
+
+bool LineReader::skipOverlongRest() {
   for (;;) {
-    char* start = m_buffer.data() + m_begin;
-    auto* newline = static_cast<char*>(std::memchr(start, '\n', m_end - m_begin));
-    if (newline != nullptr || (m_eof && m_begin < m_end)) {
-      const size_t full = newline ? static_cast<size_t>(newline - start) : m_end - m_begin;
-      m_begin += full + (newline ? 1 : 0);
-      length = full > 0 && start[full - 1] == '\r' ? full - 1 : full;
-      line = start;
-      if (length > kMaxLine) tooLong = true;
-      if (tooLong) length = 0;
+    const char* begin = m_buffer.data() + m_begin;
+    const auto* newline = static_cast<const char*>(std::memchr(begin, '\n', m_end - m_begin));
+    if (newline != nullptr) {
+      m_begin += static_cast<size_t>(newline - begin) + 1;
+      m_cutLine = false;
+      return true;
+    }
+    m_begin = m_end;
+    if (!fill()) return false;
+  }
+}
+
+bool LineReader::next(const char*& data, size_t& size) {
+  if (!m_started) skipByteOrderMark();
+  for (;;) {
+    if (m_cutLine && !skipOverlongRest()) return false;
+    char* begin = m_buffer.data() + m_begin;
+    const size_t unread = m_end - m_begin;
+    size_t whole = unread;  // bytes up to and including the last '\n'
+    while (whole > 0 && begin[whole - 1] != '\n') --whole;
+    if (whole > 0) {
+      data = begin;
+      size = whole;
+      m_begin += whole;
+      return true;
+    }
+    if (unread >= kMaxLine + 2) {  // no '\n' in reach: the line cannot convert
+      begin[kMaxLine + 2] = '\n';
+      data = begin;
+      size = kMaxLine + 3;
+      m_begin += unread < size ? unread : size;
+      m_cutLine = true;
       return true;
     }
     if (m_eof) {
-      line = start;
-      length = 0;
-      return tooLong;  // a too-long last line without its newline still counts
-    }
-    if (m_end - m_begin >= kMaxLine) {  // no newline within reach: drop what we have
-      tooLong = true;
+      if (unread == 0) return false;
+      begin[unread] = '\n';
+      data = begin;
+      size = unread + 1;
       m_begin = m_end;
+      return true;
     }
-    refill();
+    fill();
   }
 }
 
-BlockWriter::BlockWriter(std::FILE* out) : m_out(out), m_buffer(kBlock) {}
-
-void BlockWriter::write(const char* data, size_t length) {
-  if (m_used + length > m_buffer.size()) {
-    flush();
-    if (length > m_buffer.size()) {
-      std::fwrite(data, 1, length, m_out);
-      return;
-    }
-  }
-  std::memcpy(m_buffer.data() + m_used, data, length);
-  m_used += length;
+void FdWriter::write(const char* data, size_t size) {
+  if (m_error != 0) return;
+  m_pending.append(data, size);
+  if (m_pending.size() >= kBlock) flush();
 }
 
-void BlockWriter::flush() {
-  if (m_used > 0) std::fwrite(m_buffer.data(), 1, m_used, m_out);
-  m_used = 0;
-  std::fflush(m_out);
+bool FdWriter::flush() {
+  const char* p = m_pending.data();
+  size_t left = m_error == 0 ? m_pending.size() : 0;
+  while (left > 0) {
+    const ssize_t put = ::write(m_fd, p, left);
+    if (put < 0 && errno == EINTR) continue;
+    if (put < 0) {
+      m_error = errno;
+      break;
+    }
+    p += put;
+    left -= static_cast<size_t>(put);
+  }
+  m_pending.clear();
+  return m_error == 0;
 }
 
 }  // namespace zpdate

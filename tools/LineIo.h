@@ -1,46 +1,61 @@
-// Streaming line input and block output for batch conversion: memory stays
-// constant whatever the input's size, and output leaves in large blocks.
+// Batch input and output on file descriptors. The reader hands out blocks of
+// whole lines from one fixed buffer, so memory stays constant whatever the
+// input's size; the writer leaves in large writes. Both keep the system's
+// error number for the message instead of losing it.
 #pragma once
 
 #include <cstddef>
-#include <cstdio>
+#include <string>
 #include <vector>
 
 namespace zpdate {
 
+// The longest line that converts, without its "\n" or "\r\n". Longer lines
+// are refused, wherever they fall in the input.
+constexpr size_t kMaxLine = 4096;
+
 class LineReader {
  public:
-  // Lines longer than this are reported as too long and skipped.
-  static constexpr size_t kMaxLine = 4096;
+  explicit LineReader(int fd);
 
-  explicit LineReader(std::FILE* in);
+  // The next block of whole lines, each ending in '\n' (the reader supplies
+  // one for a last line without it). A UTF-8 byte-order mark at the start of
+  // the input is skipped. A line longer than the buffer can hold arrives cut
+  // to kMaxLine + 2 bytes, so that it still counts as one line and is still
+  // too long. Valid until the next call. False at the end of the input or
+  // on a read error; error() then tells which.
+  bool next(const char*& data, size_t& size);
 
-  // The next line, without its "\n" or "\r\n"; valid until the next call.
-  // False at the end of input (or on a read error: see failed()).
-  bool next(const char*& line, size_t& length, bool& tooLong);
-  bool failed() const { return m_failed; }
+  int error() const { return m_error; }  // errno of a failed read, 0 if none
 
  private:
-  bool refill();  // moves the unread tail to the front and reads more
+  bool fill();  // moves the unread tail to the front and reads more
+  void skipByteOrderMark();
+  bool skipOverlongRest();  // drops the rest of a cut line; false at the end
 
-  std::FILE* m_in;
+  int m_fd;
   std::vector<char> m_buffer;
   size_t m_begin = 0, m_end = 0;
-  bool m_eof = false, m_failed = false;
+  bool m_eof = false, m_started = false, m_cutLine = false;
+  int m_error = 0;
 };
 
-class BlockWriter {
+// Appends to a buffer and writes it out when it grows past a block, and on
+// flush(). After the first failed write it writes nothing more.
+class FdWriter {
  public:
-  explicit BlockWriter(std::FILE* out);
-  ~BlockWriter() { flush(); }
+  explicit FdWriter(int fd) : m_fd(fd) {}
 
-  void write(const char* data, size_t length);
-  void flush();
+  void write(const char* data, size_t size);
+  void write(const std::string& text) { write(text.data(), text.size()); }
+  bool flush();  // false once any write has failed
+
+  int error() const { return m_error; }  // errno of the failed write, 0 if none
 
  private:
-  std::FILE* m_out;
-  std::vector<char> m_buffer;
-  size_t m_used = 0;
+  int m_fd;
+  std::string m_pending;
+  int m_error = 0;
 };
 
 }  // namespace zpdate

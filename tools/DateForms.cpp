@@ -1,0 +1,175 @@
+#include "tools/DateForms.h"
+
+#include <charconv>
+#include <cstdio>
+#include <cstring>
+
+#include "services/zpDateParser.h"
+#include "services/zpStdio.h"
+#include "time/TimeFunctions.h"
+#include "time/ZephalFileTime.h"
+
+namespace zpdate {
+namespace {
+
+constexpr const char* kDayNames[] = {"Sunday",   "Monday", "Tuesday", "Wednesday",
+                                     "Thursday", "Friday", "Saturday"};
+
+bool refuse(std::string& why, const char* reason) {
+  why = reason;
+  return false;
+}
+
+void appendText(const StringBuffer& text, std::string& out) {
+  out.append(text.getString(), text.getSize());
+}
+
+// 2024-03-07T09:05:03[.123](Z|+01:00); `gmtoff` null for Z.
+void appendRfc3339(int year, int month, int day, int hour, int minute, int second, unsigned millis,
+                   const long* gmtoff, std::string& out) {
+  char text[32];
+  char* p = zpPutDigits(text, static_cast<uint32_t>(year), 4);
+  const int rest[5] = {month, day, hour, minute, second};
+  const char separators[5] = {'-', '-', 'T', ':', ':'};
+  for (int i = 0; i < 5; ++i) {
+    *p++ = separators[i];
+    p = zpPutDigits(p, static_cast<uint32_t>(rest[i]), 2);
+  }
+  if (millis != 0) {
+    *p++ = '.';
+    p = zpPutDigits(p, millis, 3);
+  }
+  out.append(text, static_cast<size_t>(p - text));
+  if (gmtoff == nullptr) {
+    out += 'Z';
+  } else {
+    appendOffset(*gmtoff, 1, out);
+  }
+}
+
+// DOS words hold 1980 to 2107, but the module clamps what it writes to 2037,
+// and second 59 rounds up into the next minute: the last wall-clock time
+// written true is 2037-12-31 23:59:58.
+bool inDosRange(const tm& local) {
+  const int year = local.tm_year + 1900;
+  const bool lastSecond = year == 2037 && local.tm_yday == 364 && local.tm_hour == 23 &&
+                          local.tm_min == 59 && local.tm_sec == 59;
+  return year >= 1980 && year <= 2037 && !lastSecond;
+}
+
+bool appendDos(const Instant& in, std::string& out, std::string& why) {
+  Clock local;
+  if (!localClock(in, local, why)) return false;
+  if (!inDosRange(local.fields)) {
+    return refuse(why, "DOS words hold local times from 1980 to 2037-12-31 23:59:58");
+  }
+  ZephalSysTime copy;  // toDosDateTime converts and clamps in place
+  copy.copyFrom(in.gmt);
+  unsigned short date = 0, time = 0;
+  copy.toDosDateTime(true, date, time, nullptr);
+  char text[16];
+  std::snprintf(text, sizeof text, "0x%04X 0x%04X", date, time);
+  out += text;
+  return true;
+}
+
+bool appendLocal(Form form, const char* pattern, const Instant& in, std::string& out,
+                 std::string& why) {
+  Clock local;
+  if (!localClock(in, local, why)) return false;
+  const tm& t = local.fields;
+  if (form == Form::kRfc3339Local) {
+    appendRfc3339(t.tm_year + 1900, t.tm_mon + 1, t.tm_mday, t.tm_hour, t.tm_min, t.tm_sec,
+                  local.millis, &t.tm_gmtoff, out);
+  } else {
+    appendPattern(form == Form::kRfc822Local ? kRfcEmail : pattern, local, out);
+  }
+  return true;
+}
+
+}  // namespace
+
+const char* dayName(int dayOfWeek) { return kDayNames[dayOfWeek % 7]; }
+
+bool localClock(const Instant& in, Clock& clock, std::string& why) {
+  const long seconds = static_cast<long>(in.seconds);
+  zp_localtime_r(&seconds, &clock.fields);
+  clock.millis = in.gmt.m_time.wMilliseconds;
+  const int year = clock.fields.tm_year + 1900;
+  return (year >= 1 && year <= 9999) ||
+         refuse(why, "outside the years 0001 to 9999 on the local clock");
+}
+
+bool fileTimeOf(const Instant& in, unsigned long long& count, std::string& why) {
+  if (in.gmt.m_time.wYear < 1601) return refuse(why, "FILETIME starts at 1601-01-01");
+  ZephalFileTime fileTime;
+  in.gmt.toFileTime_gmt(fileTime);
+  count = (static_cast<unsigned long long>(fileTime.getHighDateTime()) << 32 |
+           fileTime.getLowDateTime()) +
+          in.gmt.m_time.wMilliseconds * 10000ULL;
+  return true;
+}
+
+bool appendForm(Form form, const char* pattern, const Instant& in, std::string& out,
+                std::string& why) {
+  const ZephalCalendarFields& g = in.gmt.m_time;
+  StringBuffer text;
+  switch (form) {
+    case Form::kIso:
+      in.gmt.getIso8601Timestamp(text);
+      appendText(text, out);
+      return true;
+    case Form::kRfc3339:
+      appendRfc3339(g.wYear, g.wMonth, g.wDay, g.wHour, g.wMinute, g.wSecond, g.wMilliseconds,
+                    nullptr, out);
+      return true;
+    case Form::kUtcTime: {
+      if (g.wYear < 1950 || g.wYear > 2049) {
+        return refuse(why, "UTCTime holds the years 1950 to 2049");
+      }
+      ZephalSysTime copy;  // the writer converts the value it is called on
+      copy.copyFrom(in.gmt);
+      copy.getAsnUtcDateTime(text);
+      appendText(text, out);
+      return true;
+    }
+    case Form::kRfc822: {
+      ZephalSysTime copy;
+      copy.copyFrom(in.gmt);
+      copy.getRfc822String(text);
+      appendText(text, out);
+      return true;
+    }
+    case Form::kUnix: out += std::to_string(in.seconds); return true;
+    case Form::kFileTime:
+    case Form::kTicks: {
+      unsigned long long count = 0;
+      if (form == Form::kFileTime && !fileTimeOf(in, count, why)) return false;
+      if (form == Form::kTicks) {
+        ZephalFileTime fileTime;
+        in.gmt.toFileTime_gmt(fileTime);
+        count = static_cast<unsigned long long>(fileTime.getDateTimeTicks()) +
+                g.wMilliseconds * 10000ULL;
+      }
+      out += std::to_string(count);
+      return true;
+    }
+    case Form::kDos: return appendDos(in, out, why);
+    case Form::kOle: {
+      if (g.wYear < 100) return refuse(why, "OLE dates start at 0100-01-01");
+      ZephalSysTime copy;
+      copy.copyFrom(in.gmt);
+      char number[32];
+      // The shortest text that reads back as the same double.
+      const auto end = std::to_chars(number, number + sizeof number, copy.toOleDate(false)).ptr;
+      out.append(number, end);
+      return true;
+    }
+    case Form::kRfc3339Local:
+    case Form::kRfc822Local:
+    case Form::kPattern: return appendLocal(form, pattern, in, out, why);
+  }
+  return refuse(why, "unknown form");
+}
+
+}  // namespace zpdate
