@@ -16,6 +16,7 @@ namespace {
 
 using zpfuzz::fail;
 using zpfuzz::fieldsOf;
+using zpfuzz::tmOf;
 
 // The words as the format defines them:
 //   date word: bits 0-4 day, 5-8 month, 9-15 year-1980
@@ -32,17 +33,6 @@ Words decode(unsigned dosDate, unsigned dosTime) {
 
 std::string wordsText(unsigned dosDate, unsigned dosTime) {
   return std::to_string(dosDate) + "/" + std::to_string(dosTime);
-}
-
-tm tmOf(long long y, long long mo, long long d, long long h, long long mi, long long s) {
-  tm t{};
-  t.tm_year = static_cast<int>(y - 1900);
-  t.tm_mon = static_cast<int>(mo - 1);
-  t.tm_mday = static_cast<int>(d);
-  t.tm_hour = static_cast<int>(h);
-  t.tm_min = static_cast<int>(mi);
-  t.tm_sec = static_cast<int>(s);
-  return t;
 }
 
 // A bad date word (day 0, month outside 1..12) reads as the clock: the two
@@ -161,24 +151,13 @@ void checkWriter(const ZephalCalendarFields& f, bool recordLocal, bool bLocal) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  zpfuzz::useSummerTimeZone();
-  return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   zpfuzz::Numbers in(data, size);
   const uint16_t dosDate = in.u16(), dosTime = in.u16();
   checkReaders(dosDate, dosTime);
   // Arbitrary fields, and real ones drawn from the same words, so that both
   // of the writer's cases are met often.
-  ZephalCalendarFields f{};
-  f.wYear = in.u16();
-  f.wMonth = in.u16();
-  f.wDay = in.u16();
-  f.wHour = in.u16();
-  f.wMinute = in.u16();
-  f.wSecond = in.u16();
+  const ZephalCalendarFields f = in.fields();
   const bool recordLocal = in.flag(), bLocal = in.flag();
   checkWriter(f, recordLocal, bLocal);
   const Words w = decode(dosDate, dosTime);

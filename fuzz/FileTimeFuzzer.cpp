@@ -135,11 +135,6 @@ void checkBreakdown(long long t, bool a, bool b, bool unknown) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  zpfuzz::useSummerTimeZone();
-  return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   zpfuzz::Numbers in(data, size);
   const long long t = in.i64();

@@ -148,6 +148,14 @@ class Numbers {
   int64_t i64() { return static_cast<int64_t>(u64()); }
   int32_t i32() { return static_cast<int32_t>(u32()); }
   bool flag() { return (take(1) & 1) != 0; }
+  ZephalCalendarFields fields() {  // all eight, in the record's order
+    ZephalCalendarFields f;
+    for (uint16_t* p : {&f.wYear, &f.wMonth, &f.wDayOfWeek, &f.wDay, &f.wHour, &f.wMinute,
+                        &f.wSecond, &f.wMilliseconds}) {
+      *p = u16();
+    }
+    return f;
+  }
   double real() {  // any bit pattern: NaN, infinities and subnormals included
     const uint64_t bits = u64();
     double d;
@@ -165,13 +173,30 @@ class Numbers {
   size_t m_left;
 };
 
-// The targets of the local forms run under a zone with summer time, set
-// before the module's first use (its tzset runs once). A rule string needs
-// no tzdata. tzset here too: the oracles' localtime_r does not read TZ again
-// once the fuzzer's own start-up has had the C library read it.
-inline void useSummerTimeZone() {
-  setenv("TZ", "CET-1CEST,M3.5.0,M10.5.0/3", 1);
-  tzset();
+// A tm of a civil reading, as the C library's oracles take it.
+inline tm tmOf(long long y, long long mo, long long d, long long h = 0, long long mi = 0,
+               long long s = 0) {
+  tm t{};
+  t.tm_year = static_cast<int>(y - 1900);
+  t.tm_mon = static_cast<int>(mo - 1);
+  t.tm_mday = static_cast<int>(d);
+  t.tm_hour = static_cast<int>(h);
+  t.tm_min = static_cast<int>(mi);
+  t.tm_sec = static_cast<int>(s);
+  return t;
+}
+
+// The fields as mktime (local, tm_isdst -1) or timegm reads them.
+inline tm imageOf(const ZephalCalendarFields& f, bool local) {
+  tm t = tmOf(f.wYear, f.wMonth, f.wDay, f.wHour, f.wMinute, f.wSecond);
+  t.tm_isdst = local ? -1 : 0;
+  return t;
+}
+
+inline long long unixOf(long long y, long long mo, long long d, long long h = 0, long long mi = 0,
+                        long long s = 0) {
+  tm t = tmOf(y, mo, d, h, mi, s);
+  return timegm(&t);
 }
 
 // The low 16 bits of a tm field plus a constant, as the broken-down load

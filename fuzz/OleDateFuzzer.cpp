@@ -21,20 +21,9 @@ namespace {
 
 using zpfuzz::fail;
 using zpfuzz::fieldsOf;
+using zpfuzz::unixOf;
 
 constexpr long long kDay = 86400;
-
-long long unixOf(long long y, long long mo, long long d, long long h = 0, long long mi = 0,
-                 long long s = 0) {
-  tm t{};
-  t.tm_year = static_cast<int>(y - 1900);
-  t.tm_mon = static_cast<int>(mo - 1);
-  t.tm_mday = static_cast<int>(d);
-  t.tm_hour = static_cast<int>(h);
-  t.tm_min = static_cast<int>(mi);
-  t.tm_sec = static_cast<int>(s);
-  return timegm(&t);
-}
 
 const long long kEpoch = unixOf(1899, 12, 30);
 const long long kFirst = unixOf(100, 1, 1);
@@ -180,11 +169,6 @@ void checkToOle(const ZephalCalendarFields& f, int n) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  zpfuzz::useSummerTimeZone();
-  return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   zpfuzz::Numbers in(data, size);
   const double date = in.real();
@@ -195,13 +179,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
                    static_cast<double>(bits >> 40) / (1ULL << 24),
                false);
 
-  ZephalCalendarFields f{};
-  f.wYear = in.u16();
-  f.wMonth = in.u16();
-  f.wDay = in.u16();
-  f.wHour = in.u16();
-  f.wMinute = in.u16();
-  f.wSecond = in.u16();
+  const ZephalCalendarFields f = in.fields();
   const int n = in.i32();
   checkToOle(f, n);
   const ZephalCalendarFields real{static_cast<uint16_t>(100 + f.wYear % 9900), static_cast<uint16_t>(f.wMonth % 12 + 1),

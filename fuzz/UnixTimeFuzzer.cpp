@@ -89,18 +89,6 @@ void checkLocal(long long count) {
   }
 }
 
-tm imageOf(const ZephalCalendarFields& f, bool local) {
-  tm t{};
-  t.tm_year = f.wYear - 1900;
-  t.tm_mon = f.wMonth - 1;
-  t.tm_mday = f.wDay;
-  t.tm_hour = f.wHour;
-  t.tm_min = f.wMinute;
-  t.tm_sec = f.wSecond;
-  t.tm_isdst = local ? -1 : 0;
-  return t;
-}
-
 // addSeconds64 and addSeconds from any fields: the count before the move is
 // timegm's (GMT) or mktime's (local) of the fields as they stand; the result
 // is the GMT load of that count moved by n. The 64-bit sum wraps modulo
@@ -111,7 +99,7 @@ void checkAddSeconds(const ZephalCalendarFields& f, bool local, long long n64, i
   zpfuzz::mark(start);
   start.m_time = f;
   start.m_bLocal = local;
-  tm image = imageOf(f, local);
+  tm image = zpfuzz::imageOf(f, local);
   const long long before = local ? mktime(&image) : timegm(&image);
 
   ZephalSysTime wide;
@@ -211,11 +199,6 @@ void checkDayOfWeek(int year, int month, int day) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  zpfuzz::useSummerTimeZone();
-  return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   zpfuzz::Numbers in(data, size);
   const long long count = in.i64();
@@ -223,15 +206,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   checkLoad(count, bLocal);
   checkLocal(count);
 
-  ZephalCalendarFields f{};
-  f.wYear = in.u16();
-  f.wMonth = in.u16();
-  f.wDay = in.u16();
-  f.wHour = in.u16();
-  f.wMinute = in.u16();
-  f.wSecond = in.u16();
-  f.wMilliseconds = in.u16();
-  checkAddSeconds(f, in.flag(), in.i64(), in.i32());
+  checkAddSeconds(in.fields(), in.flag(), in.i64(), in.i32());
 
   tm t{};
   t.tm_year = in.i32();

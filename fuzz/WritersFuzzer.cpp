@@ -22,6 +22,7 @@ namespace {
 
 using zpfuzz::fail;
 using zpfuzz::fieldsOf;
+using zpfuzz::imageOf;
 
 // printf of whatever fits; the fields are 16 bits, so every text is short.
 template <typename... Args>
@@ -29,18 +30,6 @@ std::string format(const char* layout, Args... args) {
   char text[128];
   std::snprintf(text, sizeof text, layout, args...);
   return text;
-}
-
-tm imageOf(const ZephalCalendarFields& f, bool local) {
-  tm t{};
-  t.tm_year = f.wYear - 1900;
-  t.tm_mon = f.wMonth - 1;
-  t.tm_mday = f.wDay;
-  t.tm_hour = f.wHour;
-  t.tm_min = f.wMinute;
-  t.tm_sec = f.wSecond;
-  t.tm_isdst = local ? -1 : 0;
-  return t;
 }
 
 // The GMT reading of a local value: mktime's instant broken down by gmtime_r,
@@ -101,10 +90,7 @@ void checkRfc822(const ZephalSysTime& value) {
     if (written) fail("getRfc822String wrote a month with no name", fieldsOf(value));
     return;
   }
-  tm day{};  // the date alone: an hour past 23 must not move the weekday
-  day.tm_year = f.wYear - 1900;
-  day.tm_mon = f.wMonth - 1;
-  day.tm_mday = f.wDay;
+  tm day = zpfuzz::tmOf(f.wYear, f.wMonth, f.wDay);  // an hour past 23 must not move the weekday
   timegm(&day);
   tm names{};
   names.tm_wday = day.tm_wday;
@@ -157,23 +143,10 @@ void checkLogs(const ZephalSysTime& value, long long seconds) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  zpfuzz::useSummerTimeZone();
-  return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   zpfuzz::Numbers in(data, size);
   ZephalSysTime value;
-  ZephalCalendarFields& f = value.m_time;
-  f.wYear = in.u16();
-  f.wMonth = in.u16();
-  f.wDayOfWeek = in.u16();
-  f.wDay = in.u16();
-  f.wHour = in.u16();
-  f.wMinute = in.u16();
-  f.wSecond = in.u16();
-  f.wMilliseconds = in.u16();
+  value.m_time = in.fields();
   value.m_bLocal = in.flag();
   value.m_bFromUnknownTimezone = in.flag();
   const ZephalSysTime before = value;
