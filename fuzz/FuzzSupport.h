@@ -6,6 +6,8 @@
 // that aborts through zpfuzz::fail when a documented property does not hold.
 #pragma once
 
+#include <time.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -134,6 +136,88 @@ class PoisonedTail {
   const char* m_begin = nullptr;
   size_t m_size = 0;
 };
+
+// Numbers taken from the front of an input, little-endian; an exhausted input
+// gives zeros, so every input, however short, is a complete case.
+class Numbers {
+ public:
+  Numbers(const uint8_t* data, size_t size) : m_data(data), m_left(size) {}
+  uint64_t u64() { return take(8); }
+  uint32_t u32() { return static_cast<uint32_t>(take(4)); }
+  uint16_t u16() { return static_cast<uint16_t>(take(2)); }
+  int64_t i64() { return static_cast<int64_t>(u64()); }
+  int32_t i32() { return static_cast<int32_t>(u32()); }
+  bool flag() { return (take(1) & 1) != 0; }
+  ZephalCalendarFields fields() {  // all eight, in the record's order
+    ZephalCalendarFields f;
+    for (uint16_t* p : {&f.wYear, &f.wMonth, &f.wDayOfWeek, &f.wDay, &f.wHour, &f.wMinute,
+                        &f.wSecond, &f.wMilliseconds}) {
+      *p = u16();
+    }
+    return f;
+  }
+  double real() {  // any bit pattern: NaN, infinities and subnormals included
+    const uint64_t bits = u64();
+    double d;
+    std::memcpy(&d, &bits, sizeof d);
+    return d;
+  }
+
+ private:
+  uint64_t take(size_t n) {
+    uint64_t v = 0;
+    for (size_t i = 0; i < n && m_left > 0; ++i, --m_left) v |= uint64_t{*m_data++} << (8 * i);
+    return v;
+  }
+  const uint8_t* m_data;
+  size_t m_left;
+};
+
+// A tm of a civil reading, as the C library's oracles take it.
+inline tm tmOf(long long y, long long mo, long long d, long long h = 0, long long mi = 0,
+               long long s = 0) {
+  tm t{};
+  t.tm_year = static_cast<int>(y - 1900);
+  t.tm_mon = static_cast<int>(mo - 1);
+  t.tm_mday = static_cast<int>(d);
+  t.tm_hour = static_cast<int>(h);
+  t.tm_min = static_cast<int>(mi);
+  t.tm_sec = static_cast<int>(s);
+  return t;
+}
+
+// The fields as mktime (local, tm_isdst -1) or timegm reads them.
+inline tm imageOf(const ZephalCalendarFields& f, bool local) {
+  tm t = tmOf(f.wYear, f.wMonth, f.wDay, f.wHour, f.wMinute, f.wSecond);
+  t.tm_isdst = local ? -1 : 0;
+  return t;
+}
+
+inline long long unixOf(long long y, long long mo, long long d, long long h = 0, long long mi = 0,
+                        long long s = 0) {
+  tm t = tmOf(y, mo, d, h, mi, s);
+  return timegm(&t);
+}
+
+// The low 16 bits of a tm field plus a constant, as the broken-down load
+// stores it (the sum taken exactly, then cut).
+inline uint16_t low16(long long field, long long plus = 0) {
+  return static_cast<uint16_t>(static_cast<unsigned long long>(field + plus) & 0xFFFF);
+}
+
+// The record fromUnixTime64(bLocal, count) must hold, from gmtime_r alone:
+// the reset load of the breakdown, or the cleared value where none exists.
+inline ZephalSysTime expectedLoad(long long count, bool bLocal) {
+  ZephalSysTime t;
+  const time_t c = static_cast<time_t>(count);
+  tm g;
+  if (gmtime_r(&c, &g) == nullptr) return t;
+  t.m_time = ZephalCalendarFields{low16(g.tm_year, 1900), low16(g.tm_mon, 1), low16(g.tm_wday),
+                                  low16(g.tm_mday),       low16(g.tm_hour),   low16(g.tm_min),
+                                  low16(g.tm_sec),        0};
+  t.m_bLocal = bLocal;
+  return t;
+}
 
 // Everything a ZephalSysTime holds, field by field.
 inline bool sameRecord(const ZephalSysTime& a, const ZephalSysTime& b) {

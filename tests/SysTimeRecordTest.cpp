@@ -1,5 +1,6 @@
 // The record: defaults, copies, SYSTEMTIME and tm exchange, month lengths and
 // the one-second step, checked against the C library's own calendar.
+#include <climits>
 #include <type_traits>
 
 #include "tests/TestValues.h"
@@ -47,9 +48,17 @@ TEST(SysTimeRecord, FromTmLoadsLow16BitsAndForgetsDst) {
   in.tm_isdst = 1;
   t.fromTmStruct(true, in);
   EXPECT_EQ(stateOf(t), "2024 7 1 12 0 0 1 ms=0 local flags=001 dst=-1");
-  in.tm_year = 70000 - 1900;  // 70000 does not fit: the low 16 bits are kept
-  t.fromTmStruct(false, in);
-  EXPECT_EQ(t.m_time.wYear, 70000 % 65536);
+  const struct { int tmYear, tmMon; Fields yearAndMonth; } low16[] = {
+      {70000 - 1900, 6, {70000 % 65536, 7}},
+      {INT_MAX, INT_MAX, {(INT_MAX + 1900LL) % 65536, 0}},  // sums past INT_MAX
+      {INT_MIN, -1, {(INT_MIN + 1900LL) & 0xFFFF, 0}},
+  };
+  for (const auto& c : low16) {
+    in.tm_year = c.tmYear;
+    in.tm_mon = c.tmMon;
+    t.fromTmStruct(false, in);
+    EXPECT_EQ(fieldsOf(t, 2), c.yearAndMonth) << c.tmYear;
+  }
 }
 
 TEST(SysTimeRecord, ToTmNormalisesAsLocalTime) {

@@ -4,6 +4,7 @@
 
 #include "tests/TestValues.h"
 #include "time/TimeFunctions.h"
+#include "time/ZephalFileTime.h"
 
 using namespace zptest;
 
@@ -27,9 +28,37 @@ TEST(UnixTime, LoadAndCountAgreeWithPython) {
       EXPECT_TRUE(narrow.m_bLocal);  // marked, not shifted
     }
   }
-  ZephalSysTime beyond = marked(makeTime({2024, 3, 7, 12, 0, 0}, true, 5));
-  beyond.fromUnixTime64(true, LLONG_MAX);  // past the years a tm holds
-  EXPECT_EQ(stateOf(beyond), kClearedState);
+}
+
+// Counts at the far end of what a tm holds: the year passes 2^31 - 1 and is
+// stored as its low 16 bits; past tm_year INT_MAX the value stays cleared.
+// Every path that breaks a count down goes through the same load.
+TEST(UnixTime, FarCountsKeepTheLow16BitsOfTheYear) {
+  const struct { long long count; std::string state; } rows[] = {
+      {67767976233532799, "65535 12 31 23 59 59 2 ms=0 gmt flags=110 dst=-1"},  // 2^31 - 1
+      {67767976233532800, "0 1 1 0 0 0 3 ms=0 gmt flags=110 dst=-1"},           // 2^31
+      {67768036191676799, "1899 12 31 23 59 59 3 ms=0 gmt flags=110 dst=-1"},  // tm_year INT_MAX
+      {67768036191676800, kClearedState},
+      {LLONG_MAX, kClearedState},
+  };
+  for (const auto& r : rows) {
+    SCOPED_TRACE(r.count);
+    ZephalSysTime t = marked(makeTime({2024, 3, 7, 12, 0, 0}, true, 5));
+    t.fromUnixTime64(false, r.count);
+    EXPECT_EQ(stateOf(t), r.state);
+    ZephalSysTime moved = makeTime({1970, 1, 1, 0, 0, 1}, false);
+    moved.addSeconds64(r.count - 1);
+    EXPECT_EQ(stateOf(moved), r.state);
+    ZephalFileTime ft;
+    ft.fromUnixTime64(r.count, 0);
+    ZephalSysTime fromFile = marked(makeTime({2024, 3, 7, 12, 0, 0}, true, 5));
+    ft.toSystemTime_gmt(fromFile);
+    EXPECT_EQ(stateOf(fromFile), r.state);
+    ft.toSystemTime_local(fromFile);
+    EXPECT_TRUE(fromFile.m_bLocal);
+    LogNull log;
+    ft.logFileTimeAsGmt("far", log);
+  }
 }
 
 TEST(UnixTime, AddSeconds) {

@@ -68,9 +68,12 @@ void ZephalSysTime::toBrokenDownImage(tm& t, bool asLocal) const {
 }
 
 void ZephalSysTime::brokenDownLoad(const tm& t, bool bLocal) {
-  // Each field keeps the low 16 bits of the int.
-  m_time.wYear = static_cast<uint16_t>(t.tm_year + 1900);
-  m_time.wMonth = static_cast<uint16_t>(t.tm_mon + 1);
+  // Each field keeps the low 16 bits of the int. The sums are taken in
+  // unsigned arithmetic, which wraps where int would overflow (tm_year from
+  // 2^31 - 1900 on, a year gmtime_r reaches) and leaves the low 16 bits as
+  // the exact sum has them.
+  m_time.wYear = static_cast<uint16_t>(static_cast<unsigned>(t.tm_year) + 1900u);
+  m_time.wMonth = static_cast<uint16_t>(static_cast<unsigned>(t.tm_mon) + 1u);
   m_time.wDayOfWeek = static_cast<uint16_t>(t.tm_wday);
   m_time.wDay = static_cast<uint16_t>(t.tm_mday);
   m_time.wHour = static_cast<uint16_t>(t.tm_hour);
