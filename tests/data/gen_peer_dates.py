@@ -188,7 +188,7 @@ def high_byte(rng, t):
     return t[:i] + b + t[i + (rng.random() < 0.5):]
 
 
-def one_digit_time(rng, t):
+def one_digit_time(rng, t):  # the first field, or all (count 0)
     return re.sub(rb":0(\d)", rb":\1", t, count=rng.choice([0, 1]))
 
 
