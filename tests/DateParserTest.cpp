@@ -6,22 +6,6 @@
 
 using namespace zptest;
 
-// The tables' C escapes: \t \r \n \\ \xHH.
-static std::string unescape(const std::string& s) {
-  std::string out;
-  for (size_t i = 0; i < s.size(); ++i) {
-    if (s[i] != '\\') {
-      out += s[i];
-    } else if (s[++i] == 'x') {
-      out += static_cast<char>(std::stoi(s.substr(i + 1, 2), nullptr, 16));
-      i += 2;
-    } else {
-      out += s[i] == 't' ? '\t' : s[i] == 'r' ? '\r' : s[i] == 'n' ? '\n' : s[i];
-    }
-  }
-  return out;
-}
-
 // A value whose every field and flag differs from what a parse leaves.
 static ZephalSysTime sentinel() {
   ZephalSysTime t = marked(makeTime({1111, 11, 11, 11, 11, 11}, true, 111));

@@ -30,6 +30,22 @@ inline std::vector<Row> readTable(const std::string& name) {
   return rows;
 }
 
+// A text field's C escapes undone: \t \r \n \\ \xHH.
+inline std::string unescape(const std::string& s) {
+  std::string out;
+  for (size_t i = 0; i < s.size(); ++i) {
+    if (s[i] != '\\') {
+      out += s[i];
+    } else if (s[++i] == 'x') {
+      out += static_cast<char>(std::stoi(s.substr(i + 1, 2), nullptr, 16));
+      i += 2;
+    } else {
+      out += s[i] == 't' ? '\t' : s[i] == 'r' ? '\r' : s[i] == 'n' ? '\n' : s[i];
+    }
+  }
+  return out;
+}
+
 inline int64_t toInt(const std::string& field) { return std::stoll(field); }
 
 // n integer columns of a row, from column `at` on.
