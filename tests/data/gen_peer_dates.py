@@ -18,6 +18,16 @@ texts all three refuse; the unit tests read it. rfc822_peer_splits.tsv holds
 texts where they differ, with each verdict, for deciding by RFC 5322 and
 RFC 9110; nothing reads it.
 
+RFC 5322's obsolete syntax lets comments stand wherever white space may,
+white space and comments stand around the time's colons ("09 : 55 : 06",
+obs-hour, obs-minute, obs-second), and a year have three digits (obs-year,
+plus 1900); it governs over the peers, which refuse the first two and read
+three-digit years their own ways. So a text that all three refuse but any
+of them reads once its comments and the white space around its colons are
+taken out, and a three-digit year of the space-separated form is written
+with four, is no agreed refusal: it goes with the splits, noted with the
+verdicts on the plain text.
+
 Texts are written with C-style escapes (\\t \\r \\n \\\\ \\xHH).
 """
 import ctypes
@@ -261,6 +271,9 @@ def ask_all(texts):
 
 
 COMMENT = re.compile(rb"\([^()]*\)")
+COLON_SPACE = re.compile(rb"(\d)[ \t\r\n]*:[ \t\r\n]*(?=\d)")
+# day, month name, a three-digit year: the space-separated form only.
+OBS_YEAR = re.compile(rb"(\d[ \t\r\n]+[A-Za-z]{3,9}[ \t\r\n]+)(\d{3})(?=[ \t\r\n])")
 
 
 def without_comments(text):
@@ -269,21 +282,34 @@ def without_comments(text):
     return text
 
 
-def settle_comments(refused):
-    """RFC 5322 allows a comment wherever white space may stand, but none of
-    the peers reads one inside the date. A refused text that any of them
-    reads once its comments are blanked is no agreed refusal: it goes with
-    the splits, with the verdicts on the blanked text as its note."""
+def plain(text):
+    """The text without RFC 5322's obsolete syntax that no peer reads, and
+    what was taken out."""
+    bare = without_comments(text)
+    taken = ["comments"] if bare != text else []
+    tight = COLON_SPACE.sub(rb"\1:", bare)
+    if tight != bare:
+        taken.append("white space around the time's colons")
+    wide = OBS_YEAR.sub(lambda m: m[1] + b"%d" % (int(m[2]) + 1900), tight)
+    if wide != tight:
+        taken.append("a three-digit year")
+    return wide, ", ".join(taken)
+
+
+def settle_obsolete_syntax(refused):
+    """A refused text that any peer reads once its obsolete syntax is taken
+    out (see the module's docstring) is no agreed refusal: it goes with the
+    splits, with the verdicts on the plain text as its note."""
     kept, moved = [], []
-    bare = [without_comments(t) for t, _ in refused]
-    asked = [i for i, (t, _) in enumerate(refused) if bare[i] != t]
-    answers = dict(zip(asked, ask_all([bare[i] for i in asked])))
+    bare = [plain(t) for t, _ in refused]
+    asked = [i for i, (t, _) in enumerate(refused) if bare[i][1]]
+    answers = dict(zip(asked, ask_all([bare[i][0] for i in asked])))
     for i, row in enumerate(refused):
         again = answers.get(i, (None, None, None))
         if again == (None, None, None):
             kept.append(row)
         else:
-            note = "without comments: " + " ".join(map(verdict, again))
+            note = f"without {bare[i][1]}: " + " ".join(map(verdict, again))
             moved.append((row[0], "-", "-", "-", note))
     return kept, moved
 
@@ -316,10 +342,10 @@ def main():
             (refused if p is None else agreed).append((t, verdict(p)))
         else:
             split.append((t, verdict(p), verdict(c), verdict(g)))
-    refused, commented = settle_comments(refused)
-    split += commented
+    refused, obsolete = settle_obsolete_syntax(refused)
+    split += obsolete
     counts = (f"{len(texts)} texts: {len(agreed)} agreed, {len(refused)} all refused,"
-              f" {len(split)} split or read only without comments")
+              f" {len(split)} split or read only without obsolete syntax")
     print(counts)
 
     def keep(rows, cap):
