@@ -59,6 +59,8 @@
 //     meaning; any other name is read only when tzdata gives it a single
 //     offset since 1970 (CET, JST, AST); a name with several (IST, BST) is
 //     refused unless a numeric offset follows it;
+//   - where the zone comes before the year (date(1)), the year ends the
+//     date: "Thu Mar 07 10:05:03 +0100 2024 -0800" is read at +0100;
 //   - a date needs a time: "07 Mar 2024" alone is refused, as RFC 5322 says;
 //     so is syslog's yearless "Mar  7 09:05:03";
 //   - numeric offsets go up to 23:59; the GMT reading must fall in years 0-9999.
@@ -118,7 +120,8 @@ inline const char* readDayFirst(const char* p, int day, Reading& r) {
 }
 
 // The zone between time and year (date(1), Go's UnixDate and RubyDate),
-// then the year; p just after the time, a zone after white space.
+// then the year; p just after the time, a zone after white space. The year
+// completes the date: what follows it is not read, a second zone included.
 inline const char* readZoneThenYear(const char* p, Reading& r) {
   p = readMailZone(p, r);
   if (!p) return nullptr;
@@ -126,7 +129,9 @@ inline const char* readZoneThenYear(const char* p, Reading& r) {
   if (!q) return nullptr;
   if (q == p || *q == '\0') return failAt(r, q, "expected a year after the zone");
   p = readYear(q, r);
-  return p ? readMailZone(p, r) : nullptr;
+  if (!p) return nullptr;
+  if (*p == '\0' || isSpace(*p) || *p == '(') return p;
+  return failAt(r, p, "expected a space after the year");
 }
 
 // Month first, the month read and p just after its name: asctime and git

@@ -145,6 +145,8 @@ RFC822_ACCEPT = [
     ("Thu Mar  7 06:05:03 -03 2024", via("Thu, 07 Mar 2024 06:05:03 -0300")),
     ("Thu Mar 07 10:05:03 +0100 2024", via("Thu, 07 Mar 2024 10:05:03 +0100")),
     ("Thu Mar 7 10:05:03 2024 +0100", via("Thu, 07 Mar 2024 10:05:03 +0100")),
+    # The year ends a date whose zone came before it.
+    ("Thu Mar 07 10:05:03 +0100 2024 -0800", via("Thu, 07 Mar 2024 10:05:03 +0100")),
     # Year-first shapes (DateParserIso.cpp's opening list).
     ("2024-03-07T09:05+01:00", ISO),
     ("2024-03-07 10:05:03.123456789 +0100 CET m=+0.000123", via("2024-03-07T10:05:03.123456+01:00")),
