@@ -203,6 +203,14 @@ inline const char* readFraction(const char* p, Reading& r, bool comma = true) {
 
 inline bool isSign(char c) { return c == '+' || c == '-'; }
 
+// White space, then two digits alone: after "+05" they may be its minutes
+// ("+05 30"), so the offset names no single instant.
+inline bool minutesApart(const char* p) {
+  const char* q = p;
+  while (isSpace(*q)) ++q;
+  return q != p && isDigit(q[0]) && isDigit(q[1]) && !isDigit(q[2]);
+}
+
 // +hhmm, +hh:mm or +hh (either sign), the sign at p, up to 23:59. -0000
 // (and -00:00, -00) states that the local offset is unknown. The first two
 // are complete: `offsetEnd` marks where they end.
@@ -221,6 +229,8 @@ inline const char* readOffset(const char* p, Reading& r) {
     p = readFixed(p + 1, 2, 0, 59, mm, r, "bad zone offset", "zone offset out of range");
     if (!p) return nullptr;
     r.offsetEnd = p;
+  } else if (minutesApart(p)) {
+    return failAt(r, sign, "zone offset split by white space");
   }
   if (hh > 23 || mm > 59) return failAt(r, sign, "zone offset out of range");
   const bool west = *sign == '-';

@@ -44,6 +44,8 @@
 //     follows, even touching it: "+0000-0800 GMT", "+0100junk" and
 //     "-0000)" are read by that offset; a name must end as above, so
 //     "UTC1", "GMTx" and "GMT," are refused;
+//   - "+05 30" is refused: the digits after the white space may be the
+//     offset's minutes ("+05" alone is read, as date(1) writes it);
 //   - a doubled sign ("++0100", "+-0000") leaves the zone unknown, fields as
 //     written: the readers agree only when the digits are zero, and read
 //     "++0100" as +0100, -0100 and +0010;

@@ -445,6 +445,8 @@ RFC822_REJECT = [
     ("2024-03-07T09:05:03+05:3", "one-digit offset minutes"),
     ("2024-03-07T09:05:03+05:", "colon without minutes"),
     ("Thu, 07 Mar 2024 09:05:03 -0", "one-digit offset"),
+    ("Thu, 07 Mar 2024 09:05:03 +05\t30", "+05 or +0530: lax, email.utils reads +0005",
+     "zone offset split by white space at byte 26"),
     ("Thu, 07 Mar 2024 09:05:03 BST", "unknown zone name (lax)"),
     ("Thu, 07 Mar 2024 09:05:03 GM", "unknown zone name (lax)"),
     ("Thu, 07 Mar 2024 09:05:03 UTC1", "trailing data (lax)"),
