@@ -32,13 +32,23 @@ namespace {
 // numeric offset after it (white space and comments between) settles it.
 const char* settleAmbiguous(const char* name, const char* p, Reading& r) {
   const char* q = skipCfws(p, r);
-  if (q && (*q == '+' || *q == '-')) return readOffset(q, r);
+  if (q && isSign(*q)) return readOffset(q, r);
   return failAt(r, name, "zone name with several offsets");
 }
 
+// "++0100", "+-0000": which sign was meant cannot be told (Python, libcurl
+// and Go read such texts three ways), so the fields stand as written, the
+// zone unknown, as for -0000.
+const char* readDoubledSign(const char* p, Reading& r) {
+  p = readOffset(p + 1, r);
+  r.zoneKnown = false;
+  r.offset = 0;
+  return p;
+}
+
 // A numeric offset, a zone name, or a military letter, at p.
-const char* readZone(const char* p, Reading& r) {
-  if (*p == '+' || *p == '-') return readOffset(p, r);
+const char* readZone(const char* p, Reading& r, bool mail) {
+  if (isSign(*p)) return mail && isSign(p[1]) ? readDoubledSign(p, r) : readOffset(p, r);
   const char* const name = p;
   uint64_t key;
   int len;
@@ -51,7 +61,7 @@ const char* readZone(const char* p, Reading& r) {
     case nameKey("gmt"): case nameKey("ut"): case nameKey("utc"):
       r.offset = 0;
       // JavaScript writes GMT+0100: the offset from GMT follows the name.
-      if (*p == '+' || *p == '-') return readOffset(p, r);
+      if (isSign(*p)) return readOffset(p, r);
       return p;
     case nameKey("z"): r.offset = 0; return p;
     case nameKey("est"): r.offset = -5 * 60; return p;
@@ -80,18 +90,33 @@ const char* readZone(const char* p, Reading& r) {
   return p;
 }
 
+// The zone at p and where it ends. RFC 9557's suffix ("[Europe/Berlin]")
+// and the words Go and mailers add ("+0100 CET m=+0.000123", "-0800 GMT")
+// come after such an end. A name must end there: "UTC1" and "GMTx" hold no
+// name we know.
+const char* readZoneToEnd(const char* p, Reading& r, bool mail) {
+  p = readZone(p, r, mail);
+  if (!p) return nullptr;
+  if (*p == '\0' || isSpace(*p) || *p == '(' || *p == '[') return p;
+  if (mail && p == r.offsetEnd) return p;
+  return failAt(r, p, "expected a space after the zone");
+}
+
 }  // namespace
 
-const char* readZoneAndRest(const char* p, Reading& r) {
+const char* readMailZone(const char* p, Reading& r) {
+  const char* const start = p;
   p = skipCfws(p, r);
   if (!p) return nullptr;
   if (*p == '\0') return p;
-  p = readZone(p, r);
+  if (p == start) return failAt(r, p, "expected a space before the zone");
+  return readZoneToEnd(p, r, true);
+}
+
+const char* readIsoZone(const char* p, Reading& r) {
+  p = skipCfws(p, r);
   if (!p) return nullptr;
-  // RFC 9557's suffix ("[Europe/Berlin]") and the words Go and mailers add
-  // ("+0100 CET m=+0.000123", "-0800 GMT") come after such an end.
-  if (*p == '\0' || isSpace(*p) || *p == '(' || *p == '[') return p;
-  return failAt(r, p, "expected a space after the zone");
+  return *p == '\0' ? p : readZoneToEnd(p, r, false);
 }
 
 __attribute__((cold, noinline)) bool refuse(LogBase& log, const char* reader, const char* why,

@@ -23,7 +23,8 @@ namespace zpdate {
 struct Reading {
   zpcivil::DateTimeFields f{};
   int offset = 0;                  // minutes east of GMT, when zoneKnown
-  bool zoneKnown = false;          // false: no zone, -0000 or a military letter
+  bool zoneKnown = false;          // false: no zone, -0000, a military letter, ++0100
+  const char* offsetEnd = nullptr; // just past the last complete offset (+hhmm, +hh:mm)
   const char* why = nullptr;
   const char* at = nullptr;        // the byte the failure was found at
   const char* dayAt = nullptr;     // the day field, checked against its month last
@@ -200,8 +201,19 @@ inline const char* readFraction(const char* p, Reading& r, bool comma = true) {
 
 // ---- Offsets and zones ------------------------------------------------------------
 
+inline bool isSign(char c) { return c == '+' || c == '-'; }
+
+// White space, then two digits alone: after "+05" they may be its minutes
+// ("+05 30"), so the offset names no single instant.
+inline bool minutesApart(const char* p) {
+  const char* q = p;
+  while (isSpace(*q)) ++q;
+  return q != p && isDigit(q[0]) && isDigit(q[1]) && !isDigit(q[2]);
+}
+
 // +hhmm, +hh:mm or +hh (either sign), the sign at p, up to 23:59. -0000
-// (and -00:00, -00) states that the local offset is unknown.
+// (and -00:00, -00) states that the local offset is unknown. The first two
+// are complete: `offsetEnd` marks where they end.
 inline const char* readOffset(const char* p, Reading& r) {
   const char* const sign = p;
   int hh, mm = 0, w;
@@ -210,11 +222,15 @@ inline const char* readOffset(const char* p, Reading& r) {
   if (w == 4) {
     mm = hh % 100;
     hh /= 100;
+    r.offsetEnd = p;
   } else if (w != 2) {
     return failAt(r, sign, "bad zone offset");
   } else if (*p == ':') {
     p = readFixed(p + 1, 2, 0, 59, mm, r, "bad zone offset", "zone offset out of range");
     if (!p) return nullptr;
+    r.offsetEnd = p;
+  } else if (minutesApart(p)) {
+    return failAt(r, sign, "zone offset split by white space");
   }
   if (hh > 23 || mm > 59) return failAt(r, sign, "zone offset out of range");
   const bool west = *sign == '-';
@@ -223,11 +239,18 @@ inline const char* readOffset(const char* p, Reading& r) {
   return p;
 }
 
-// A zone and what may follow it, p after the time or the year (DateCursor.cpp):
-// nothing; or a numeric offset, a zone name or a military letter, ended by
-// white space, a comment, a '[' or the end of the text. Whatever comes after
-// that end is not read: it never changes the instant.
-const char* readZoneAndRest(const char* p, Reading& r);
+// A zone, p just after the time or the year (DateCursor.cpp): nothing; or
+// a numeric offset, a zone name or a military letter, ended by white space,
+// a comment, a '[' or the end of the text. Whatever comes after that end is
+// not read: it never changes the instant.
+//
+// In mail and HTTP dates white space or a comment must come before the
+// zone, as RFC 5322 puts FWS there; a complete numeric offset ends the
+// zone whatever follows it ("+0000-0800"), and a doubled sign ("++0100")
+// leaves the zone unknown.
+const char* readMailZone(const char* p, Reading& r);
+// In ISO 8601 texts the zone may touch the time ("09:05:03+01:00").
+const char* readIsoZone(const char* p, Reading& r);
 
 // ---- Times of day -------------------------------------------------------------------
 
@@ -257,7 +280,7 @@ inline const char* readTimeField(const char* p, int maxValue, int& out, Reading&
                                    : readFixed(p, 2, 0, maxValue, out, r, why, rangeWhy);
 }
 
-// hh:mm[:ss][(.|,)fraction]; second 60 is kept as read.
+// hh:mm[:ss[(.|,)fraction]]; second 60 is kept as read.
 inline const char* readTime(const char* p, Reading& r, TimeStyle style) {
   p = readTimeField(p, 23, r.f.hour, r, style, "bad hour", "hour out of range");
   if (!p) return nullptr;
@@ -277,8 +300,11 @@ inline const char* readTime(const char* p, Reading& r, TimeStyle style) {
   }
   p = afterColon(q, r, style);
   if (!p) return nullptr;
+  const char* const second = p;
   p = readTimeField(p, 60, r.f.second, r, style, "bad second", "second out of range");
-  return p ? readFraction(p, r, style != TimeStyle::kRfc3339) : nullptr;
+  if (!p) return nullptr;
+  // A fraction only after two digits: "0.1" could as well be a slip for "01".
+  return p - second == 2 ? readFraction(p, r, style != TimeStyle::kRfc3339) : p;
 }
 
 // "2024-03-07T09:05:03" by position, T or t between date and time: most

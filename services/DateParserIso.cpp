@@ -74,7 +74,7 @@ const char* readExtended(const char* p, Reading& r) {
   p = readDateTimeSeparator(p, sep, r);
   if (!p) return nullptr;
   p = readTime(p, r, TimeStyle::kIso);
-  return p ? readZoneAndRest(p, r) : nullptr;
+  return p ? readIsoZone(p, r) : nullptr;
 }
 
 // The basic form, the eight date digits read as `ymd` and p at the T:
@@ -102,7 +102,7 @@ const char* readBasic(const char* p, int ymd, Reading& r) {
   if (r.f.minute > 59) return failAt(r, time + 2, "minute out of range");
   if (r.f.second > 60) return failAt(r, time + 4, "second out of range");
   if (w == 6) p = readFraction(p, r);
-  return readZoneAndRest(p, r);
+  return readIsoZone(p, r);
 }
 
 // Unix seconds, `digits` of them at p, then the point and the fraction.

@@ -9,7 +9,7 @@
 //   Thu, 7 Mar 2024 9:5:3 -0500            one-digit day, hour, minute and second
 //   Thu, 7 Mar 2024 09:05 -0500            no seconds (Go's RFC822: 07 Mar 24 10:05 CET)
 //   Thu, 07 Mar 24 09:05:03 EST            two-digit year: 00-49 are 2000-2049, 50-99 1950-1999
-//   Thu, 07 Mar 124 09:05:03 GMT           three-digit year: plus 1900
+//   Thu, 07 Mar 124 09:05:03 GMT           three-digit year: plus 1900 (RFC 5322 obs-year)
 //   thursday, 07 march 2024 09:05:03 pdt   full names, any letter case
 //   Thu, 07 Mar 2024 09:05:03 CET          a zone name with one offset in tzdata
 //   Thu, 07 Mar 2024 09:05:03 -0000        zone unknown (RFC 5322 3.3)
@@ -22,6 +22,7 @@
 //                                          and around the colons (RFC 5322 A.6.3)
 //   Thu,, 07 Mar 2024 09:05:03 GMT         extra '.', ',' or ';' after the day name
 //   Sat, 31 Dec 2016 23:59:60 +0000        leap second, stored as read
+//   Thu, 07 Mar 2024 09:05:03.250 GMT      a fraction after the seconds, to the millisecond
 //   Thursday, 07-Mar-24 09:05:03 GMT       RFC 850
 //   Thu, 07-Mar-2024 09:05:03 GMT          the same with a four-digit year (cookies)
 //   07/Mar/2024:09:05:03 +0000             access logs
@@ -33,16 +34,35 @@
 //   Thu Mar 07 2024 09:05:03 GMT+0100 (Central European Standard Time)
 //                                          JavaScript's Date.toString
 //
-// Decisions where RFC 5322, RFC 9110 and the common readers differ:
+// Decisions where RFC 5322, RFC 9110 and the common readers (Python's
+// email.utils, libcurl, Go's net/mail) differ:
 //   - a day name that disagrees with the date is accepted and ignored, as
 //     the readers do; wDayOfWeek is always computed;
 //   - what follows a zone, once white space, a comment or '[' ends it, is
-//     not read (Python, libcurl and Go all ignore it); "+0100junk" and
-//     "GMT," are refused, as a zone must end there;
+//     not read (the three readers all ignore it);
+//   - a complete numeric offset (+hhmm, +hh:mm) ends the zone whatever
+//     follows, even touching it: "+0000-0800 GMT", "+0100junk" and
+//     "-0000)" are read by that offset; a name must end as above, so
+//     "UTC1", "GMTx" and "GMT," are refused;
+//   - "+05 30" is refused: the digits after the white space may be the
+//     offset's minutes ("+05" alone is read, as date(1) writes it);
+//   - a doubled sign ("++0100", "+-0000") leaves the zone unknown, fields as
+//     written: the readers agree only when the digits are zero, and read
+//     "++0100" as +0100, -0100 and +0010;
+//   - white space and comments around the time's colons are read, as
+//     RFC 5322's obsolete syntax allows, though the three readers refuse;
+//   - the zone needs white space (or a comment) before it, as RFC 5322
+//     says: "09:05:03+0100" is refused (ISO 8601 texts keep theirs);
+//   - RFC 850's dashed form has two- or four-digit years (RFC 9110):
+//     "21-Oct-215" is refused;
+//   - a fraction of a second only after two-digit seconds: "17:34:0.1" is
+//     refused;
 //   - the RFC 5322 names (UT, UTC, GMT, EST ... PDT) have their RFC
 //     meaning; any other name is read only when tzdata gives it a single
-//     offset since 1970 (CET, JST); a name with several (IST) is refused
-//     unless a numeric offset follows it;
+//     offset since 1970 (CET, JST, AST); a name with several (IST, BST) is
+//     refused unless a numeric offset follows it;
+//   - where the zone comes before the year (date(1)), the year ends the
+//     date: "Thu Mar 07 10:05:03 +0100 2024 -0800" is read at +0100;
 //   - a date needs a time: "07 Mar 2024" alone is refused, as RFC 5322 says;
 //     so is syslog's yearless "Mar  7 09:05:03";
 //   - numeric offsets go up to 23:59; the GMT reading must fall in years 0-9999.
@@ -57,13 +77,15 @@ namespace {
 
 using namespace zpdate;
 
-// Two, three or four digits, read as RFC 5322's obsolete syntax says.
-inline const char* readYear(const char* p, Reading& r) {
+// Two, three or four digits, read as RFC 5322's obsolete syntax says; two
+// or four when `dashed` (RFC 850 and cookies know no three-digit year).
+inline const char* readYear(const char* p, Reading& r, bool dashed = false) {
   int v, w;
   r.yearAt = p;
   const char* q = readDigits(p, 4, v, w, r, "year must have 2 to 4 digits");
   if (!q) return nullptr;
   if (w == 1) return failAt(r, p, "year must have 2 to 4 digits");
+  if (w == 3 && dashed) return failAt(r, p, "dashed year must have 2 or 4 digits");
   if (w == 2) v += v < 50 ? 2000 : 1900;
   if (w == 3) v += 1900;
   r.f.year = v;
@@ -87,7 +109,7 @@ inline const char* readDayFirst(const char* p, int day, Reading& r) {
     p = needCfws(p, r, "expected a space after the month");
     if (!p) return nullptr;
   }
-  p = readYear(p, r);
+  p = readYear(p, r, joiner == '-');
   if (!p) return nullptr;
   if (joiner == '/' && *p == ':') {
     ++p;
@@ -96,20 +118,22 @@ inline const char* readDayFirst(const char* p, int day, Reading& r) {
     if (!p) return nullptr;
   }
   p = readTime(p, r, TimeStyle::kMail);
-  return p ? readZoneAndRest(p, r) : nullptr;
+  return p ? readMailZone(p, r) : nullptr;
 }
 
 // The zone between time and year (date(1), Go's UnixDate and RubyDate),
-// then the year; p at the zone.
+// then the year; p just after the time, a zone after white space. The year
+// completes the date: what follows it is not read, a second zone included.
 inline const char* readZoneThenYear(const char* p, Reading& r) {
-  const char* const zone = p;
-  p = readZoneAndRest(p, r);
+  p = readMailZone(p, r);
   if (!p) return nullptr;
-  if (p == zone || *p == '\0') return failAt(r, zone, "expected a year after the time");
-  p = skipCfws(p, r);
+  const char* q = skipCfws(p, r);
+  if (!q) return nullptr;
+  if (q == p || *q == '\0') return failAt(r, q, "expected a year after the zone");
+  p = readYear(q, r);
   if (!p) return nullptr;
-  p = readYear(p, r);
-  return p ? readZoneAndRest(p, r) : nullptr;
+  if (*p == '\0' || isSpace(*p) || *p == '(') return p;
+  return failAt(r, p, "expected a space after the year");
 }
 
 // Month first, the month read and p just after its name: asctime and git
@@ -132,7 +156,7 @@ inline const char* readMonthFirst(const char* p, Reading& r) {
     p = needCfws(p, r, "expected a space after the year");
     if (!p) return nullptr;
     p = readTime(p, r, TimeStyle::kMail);
-    return p ? readZoneAndRest(p, r) : nullptr;
+    return p ? readMailZone(p, r) : nullptr;
   }
   p = readTime(p, r, TimeStyle::kMail);
   if (!p) return nullptr;
@@ -140,9 +164,9 @@ inline const char* readMonthFirst(const char* p, Reading& r) {
   if (!q) return nullptr;
   if (*q == '\0') return failAt(r, q, "expected a year after the time");
   if (q == p) return failAt(r, q, "expected a space after the time");
-  if (!isDigit(*q)) return readZoneThenYear(q, r);
+  if (!isDigit(*q)) return readZoneThenYear(p, r);
   p = readYear(q, r);
-  return p ? readZoneAndRest(p, r) : nullptr;
+  return p ? readMailZone(p, r) : nullptr;
 }
 
 // "Thu, 07 Mar 2024 09:05:03 " by position: most mail and all HTTP dates.
@@ -200,7 +224,7 @@ inline const char* skipAfterDayName(const char* p, Reading& r) {
 inline const char* readDate(const char* p, Reading& r) {
   p = skipCfws(p, r);
   if (!p) return nullptr;
-  if (const char* q = readFixedRfc1123(p, r)) return readZoneAndRest(q, r);
+  if (const char* q = readFixedRfc1123(p, r)) return readMailZone(q, r);
   bool dayName = false;
   if (isLetter(*p)) {
     uint64_t key;

@@ -30,9 +30,7 @@ inline std::vector<Row> readTable(const std::string& name) {
   return rows;
 }
 
-inline int64_t toInt(const std::string& field) { return std::stoll(field); }
-
-// A text column's C escapes (\t \r \n \\ \xHH) undone.
+// A text field's C escapes undone: \t \r \n \\ \xHH.
 inline std::string unescape(const std::string& s) {
   std::string out;
   for (size_t i = 0; i < s.size(); ++i) {
@@ -47,6 +45,8 @@ inline std::string unescape(const std::string& s) {
   }
   return out;
 }
+
+inline int64_t toInt(const std::string& field) { return std::stoll(field); }
 
 // n integer columns of a row, from column `at` on.
 inline std::vector<int> intsOf(const Row& row, size_t at, size_t n) {
