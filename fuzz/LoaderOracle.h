@@ -7,7 +7,7 @@
 //   20240307090503.123Z             sscanf "%4d%2d%2d%2d%2d%2d"; fewer than six go on
 //   1700000000                      strtoul, saturating at 2^32 - 1, via gmtime_r
 //   240307090503Z                   fromX509 (UTCTime)
-//   20240307090503Z                 fromX509 (GeneralizedTime)
+//   20240307090503Z                 zpUIntValueN over its fixed fields
 //   anything else                   parseRFC822Date
 #pragma once
 
@@ -22,6 +22,7 @@
 #include "services/LogBase.h"
 #include "services/StringBuffer.h"
 #include "services/zpDateParser.h"
+#include "services/zpStdio.h"
 #include "time/ZephalSysTime.h"
 
 namespace zpfuzz {
@@ -93,8 +94,23 @@ inline bool expectedLoadAnyFormat(bool bLocal, const std::string& bytes, const Z
     return true;
   }
   LogNull log;
-  if (dashes == 0 && colons == 0 && last == 'Z' && (size == 13 || size == 15)) {
-    want.fromX509(text, size == 15, log);
+  if (dashes == 0 && colons == 0 && last == 'Z' && size == 13) {
+    want.fromX509(text, false, log);
+    return true;
+  }
+  if (dashes == 0 && colons == 0 && last == 'Z' && size == 15) {
+    // Digit runs of the 15 bytes themselves, a zero byte among them or not;
+    // the flags, milliseconds and m_isDst stay.
+    unsigned scratch = 0;
+    const auto field = [&](unsigned at, unsigned n) { return zpUIntValueN(text + at, n, scratch); };
+    ZephalCalendarFields& t = want.m_time;
+    t.wYear = low16(field(0, 4));
+    t.wMonth = low16(field(4, 2));
+    t.wDay = low16(field(6, 2));
+    t.wHour = low16(field(8, 2));
+    t.wMinute = low16(field(10, 2));
+    t.wSecond = low16(field(12, 2));
+    t.wDayOfWeek = low16(_zpDateParser::DayOfWeek(t.wYear, t.wMonth, t.wDay));
     return true;
   }
   return _zpDateParser::parseRFC822Date(text, want, log);
