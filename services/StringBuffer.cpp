@@ -53,6 +53,28 @@ const char* findBytes(const char* begin, const char* end, const char* pattern, s
   return nullptr;
 }
 
+// memmove(to, from, n), with the 8 to 32 bytes of a date text as two
+// overlapping loads and two stores instead of a call. Both loads come
+// first, so overlapping ranges copy as memmove copies them.
+template <size_t kWord>
+void copyHeadTail(char* to, const char* from, size_t n) {
+  char head[kWord], tail[kWord];
+  std::memcpy(head, from, kWord);
+  std::memcpy(tail, from + n - kWord, kWord);
+  std::memcpy(to, head, kWord);
+  std::memcpy(to + n - kWord, tail, kWord);
+}
+
+void copySmall(char* to, const char* from, size_t n) {
+  if (n >= 16 && n <= 32) {
+    copyHeadTail<16>(to, from, n);
+  } else if (n >= 8 && n < 16) {
+    copyHeadTail<8>(to, from, n);
+  } else {
+    std::memmove(to, from, n);
+  }
+}
+
 // A leading number as strtoull reads it, the magnitude saturated at UINT64_MAX
 // so that both uintValue and int64Value can clamp from it.
 struct LeadingNumber {
@@ -134,6 +156,13 @@ bool StringBuffer::append(const StringBuffer& other) { return appendN(other.m_da
 
 bool StringBuffer::appendN(const char* text, unsigned int n) {
   if (n == 0 || text == nullptr) return true;  // null appends nothing, as in append
+  if (n < m_capacity - m_size) {
+    // Room already, so nothing moves and our own text needs no more care
+    // than memmove gives: every date-sized append lands here.
+    copySmall(m_data + m_size, text, n);
+    setSize(m_size + n);
+    return true;
+  }
   if (n > UINT_MAX - 1 - m_size) return false;
   // Appending part of our own text: growing may move it, so keep its offset.
   const bool ownText = pointsInto(text, m_data, m_data + m_capacity);
