@@ -125,9 +125,8 @@ namespace {
 // The reset load of the UTC breakdown, marked as asked, then the carried
 // flags of `ft` in place of the defaults.
 void breakDownInto(const ZephalFileTime& ft, bool bLocal, ZephalSysTime& st) {
-  const time_t t = static_cast<time_t>(ft.m_unixTime);
   tm gmt;
-  if (gmtime_r(&t, &gmt) != nullptr) {
+  if (zp_gmtime(ft.m_unixTime, gmt)) {
     st.resetLoad(gmt, bLocal);
   } else {
     // Seconds beyond the years a tm holds: the calendar fields stay as clear
