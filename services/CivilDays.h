@@ -17,12 +17,16 @@ namespace zpcivil {
 // Division rounding toward minus infinity; b > 0 and a > INT64_MIN + b.
 constexpr int64_t floorDiv(int64_t a, int64_t b) { return (a >= 0 ? a : a - (b - 1)) / b; }
 
-constexpr bool isLeapYear(int64_t y) { return y % 4 == 0 && (y % 100 != 0 || y % 400 == 0); }
+// Without branches (& and | rather than && and ||), as daysInMonth below:
+// readers check every date's day against its month, and the branches of a
+// random month are mispredicted once a date or so.
+constexpr bool isLeapYear(int64_t y) { return (y % 4 == 0) & ((y % 100 != 0) | (y % 400 == 0)); }
 
 // m in [1, 12]. Outside February the lengths alternate 31/30 and the
 // alternation flips at August; (m + m/8) & 1 is 1 for the 31-day months.
+// February, which that makes 30, gives back 2, or 1 in a leap year.
 constexpr int daysInMonth(int64_t y, int m) {
-  return m == 2 ? (isLeapYear(y) ? 29 : 28) : 30 + ((m + (m >> 3)) & 1);
+  return 30 + ((m + (m >> 3)) & 1) - (m == 2) * (2 - isLeapYear(y));
 }
 
 // Days from 1970-01-01 to y-m-d; m in [1, 12], d in [1, 31] (a day past the
