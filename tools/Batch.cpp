@@ -1,0 +1,163 @@
+#include "tools/Batch.h"
+
+#include <algorithm>
+#include <condition_variable>
+#include <cstdio>
+#include <cstring>
+#include <deque>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace zpdate {
+namespace {
+
+int readFailed(const char* name, int error) {
+  std::fprintf(stderr, "zpdate: %s: %s\n", name, std::strerror(error));
+  return 1;
+}
+
+// A block's output and then its messages; false after a failed write.
+bool writeBlock(const BlockCount& count, const std::string& text, const std::string& messages,
+                FdWriter& out, FdWriter& err, int& status) {
+  if (count.failed > 0) status = 1;
+  out.write(text);
+  err.write(messages);
+  if (!out.flush()) return false;
+  err.flush();
+  return true;
+}
+
+int convertOnThisThread(const Settings& s, LineReader& reader, const char* name, FdWriter& out,
+                        FdWriter& err) {
+  std::string text, messages;
+  unsigned long line = 1;
+  int status = 0;
+  const char* data;
+  size_t size;
+  while (reader.next(data, size)) {
+    text.clear();
+    messages.clear();
+    const BlockCount count = convertBlock(s, data, size, line, text, messages);
+    line += count.lines;
+    if (!writeBlock(count, text, messages, out, err, status)) return writeFailed(out, err);
+  }
+  return reader.error() != 0 ? readFailed(name, reader.error()) : status;
+}
+
+// One block on its way from the reader through a worker to the writer.
+struct Block {
+  std::vector<char> lines;  // a copy: the reader's buffer is reused
+  unsigned long firstLine = 0;
+  std::string text, messages;
+  BlockCount count{0, 0};
+  bool converted = false;
+};
+
+// The calling thread reads blocks into a ring of slots and writes them back
+// out in order; the workers convert whatever block is next in the queue.
+// Block n lives in slot n % size until written, so the ring bounds memory
+// and no slot is refilled before its block has left.
+class Pipeline {
+ public:
+  Pipeline(const Settings& s, unsigned jobs) : m_settings(s), m_ring(2 * jobs + 2) {
+    for (unsigned i = 0; i < jobs; ++i) m_workers.emplace_back([this] { work(); });
+  }
+
+  ~Pipeline() {
+    {
+      const std::lock_guard<std::mutex> lock(m_mutex);
+      m_stopping = true;
+    }
+    m_queued.notify_all();
+    for (std::thread& t : m_workers) t.join();
+  }
+
+  int run(LineReader& reader, const char* name, FdWriter& out, FdWriter& err) {
+    unsigned long read = 0, written = 0, line = 1;
+    int status = 0;
+    bool more = true;
+    const char* data;
+    size_t size;
+    while (more || written < read) {
+      if (more && read - written < m_ring.size() && (more = reader.next(data, size))) {
+        Block& b = m_ring[read % m_ring.size()];
+        b.lines.assign(data, data + size);
+        b.firstLine = line;
+        line += static_cast<unsigned long>(std::count(data, data + size, '\n'));
+        queue(read++);
+        continue;
+      }
+      Block& b = m_ring[written % m_ring.size()];
+      waitConverted(b);
+      if (!writeBlock(b.count, b.text, b.messages, out, err, status)) return writeFailed(out, err);
+      ++written;
+    }
+    return reader.error() != 0 ? readFailed(name, reader.error()) : status;
+  }
+
+ private:
+  void queue(unsigned long n) {
+    {
+      const std::lock_guard<std::mutex> lock(m_mutex);
+      m_ring[n % m_ring.size()].converted = false;
+      m_waiting.push_back(n);
+    }
+    m_queued.notify_one();
+  }
+
+  void waitConverted(const Block& b) {
+    std::unique_lock<std::mutex> lock(m_mutex);
+    m_convertedSignal.wait(lock, [&] { return b.converted; });
+  }
+
+  void work() {
+    for (;;) {
+      unsigned long n;
+      {
+        std::unique_lock<std::mutex> lock(m_mutex);
+        m_queued.wait(lock, [&] { return m_stopping || !m_waiting.empty(); });
+        if (m_waiting.empty()) return;  // stopping, and nothing left to do
+        n = m_waiting.front();
+        m_waiting.pop_front();
+      }
+      Block& b = m_ring[n % m_ring.size()];
+      b.text.clear();
+      b.messages.clear();
+      b.count = convertBlock(m_settings, b.lines.data(), b.lines.size(), b.firstLine, b.text,
+                             b.messages);
+      {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        b.converted = true;
+      }
+      m_convertedSignal.notify_one();
+    }
+  }
+
+  const Settings& m_settings;
+  std::vector<Block> m_ring;
+  std::vector<std::thread> m_workers;
+  std::mutex m_mutex;  // guards m_waiting, m_stopping and every Block::converted
+  std::condition_variable m_queued, m_convertedSignal;
+  std::deque<unsigned long> m_waiting;
+  bool m_stopping = false;
+};
+
+}  // namespace
+
+int writeFailed(FdWriter& out, FdWriter& err) {
+  err.flush();
+  std::fprintf(stderr, "zpdate: write error: %s\n", std::strerror(out.error()));
+  return 1;
+}
+
+int convertStream(const Settings& s, int fd, const char* name, unsigned jobs, FdWriter& out,
+                  FdWriter& err) {
+  LineReader reader(fd);
+  if (jobs <= 1) return convertOnThisThread(s, reader, name, out, err);
+  Pipeline pipeline(s, jobs);
+  return pipeline.run(reader, name, out, err);
+}
+
+}  // namespace zpdate
