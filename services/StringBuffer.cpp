@@ -10,6 +10,8 @@
 #include <cstring>
 #include <functional>
 
+#include "services/FastPaths.h"
+
 namespace {
 
 // The white space that trim2 and trimInsideSpaces remove.
@@ -44,7 +46,7 @@ const char* findBytes(const char* begin, const char* end, const char* pattern, s
   if (n == 0) return begin;
   const char* const lastStart = end - n;
   for (const char* p = begin; p <= lastStart; ++p) {
-    if (!caseInsensitive) {
+    if (!caseInsensitive && zp_fast::on(zp_fast::kMemchrSearch)) {
       p = static_cast<const char*>(std::memchr(p, pattern[0], lastStart - p + 1));
       if (p == nullptr) return nullptr;
     }
@@ -66,7 +68,9 @@ void copyHeadTail(char* to, const char* from, size_t n) {
 }
 
 void copySmall(char* to, const char* from, size_t n) {
-  if (n >= 16 && n <= 32) {
+  if (!zp_fast::on(zp_fast::kSmallCopy)) {
+    std::memmove(to, from, n);
+  } else if (n >= 16 && n <= 32) {
     copyHeadTail<16>(to, from, n);
   } else if (n >= 8 && n < 16) {
     copyHeadTail<8>(to, from, n);
@@ -202,6 +206,9 @@ bool StringBuffer::containsChar(char c) const { return std::memchr(m_data, c, m_
 // Jumps from one occurrence to the next: the bytes counted (':', '-', 'T')
 // are few in a date text, and memchr skips the rest a vector at a time.
 unsigned int StringBuffer::countCharOccurances(char c) const {
+  if (!zp_fast::on(zp_fast::kMemchrSearch)) {
+    return static_cast<unsigned>(std::count(m_data, m_data + m_size, c));
+  }
   unsigned int count = 0;
   const char* const end = m_data + m_size;
   for (const char* p = m_data; (p = static_cast<const char*>(std::memchr(p, c, end - p))); ++p) {

@@ -158,7 +158,8 @@ int scan(const char* text, const char* format, void* const* targets, int targetC
 // fits the width, and room to spare: digit pairs straight out. Returns the
 // new `next`, or null to take the general path.
 char* printPaddedFast(char* next, const char* last, const char* p, const void* argument) {
-  if (p[0] != '0' || (p[1] != '2' && p[1] != '4') || (p[2] != 'w' && p[2] != 'd') ||
+  if (!zp_fast::on(zp_fast::kPaddedPrint) || p[0] != '0' || (p[1] != '2' && p[1] != '4') ||
+      (p[2] != 'w' && p[2] != 'd') ||
       argument == nullptr || last - next < 4) {
     return nullptr;
   }

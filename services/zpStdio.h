@@ -19,6 +19,8 @@
 #include <cstdint>
 #include <cstring>
 
+#include "services/FastPaths.h"
+
 struct _zpStdio {
   // Formats six values into `out`; returns the bytes written, zero excluded.
   static unsigned int _zpSprintf6(char* out, unsigned int capacity, const char* format,
@@ -70,6 +72,7 @@ char* putDigitsAnyWidth(char* out, uint32_t value, unsigned minDigits);
 
 // Days, hours and the like take two digits, years four: those skip the loop.
 inline char* zpPutDigits(char* out, uint32_t value, unsigned minDigits) {
+  if (!zp_fast::on(zp_fast::kPutDigits)) return zp_detail::putDigitsAnyWidth(out, value, minDigits);
   if (minDigits == 2 && value < 100) {
     std::memcpy(out, zp_detail::kDigitPairs + 2 * value, 2);
     return out + 2;
