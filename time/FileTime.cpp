@@ -13,19 +13,10 @@
 
 namespace {
 
-constexpr int64_t kIntervalsPerSecond = 10000000;  // 100-ns intervals
-
-// 100-ns intervals from 1601-01-01 to 1970-01-01 (11644473600 s)
-constexpr uint64_t kFileTimeEpoch = 116444736000000000ULL;
-// 100-ns intervals from 0001-01-01 to 1970-01-01 (62135596800 s)
-constexpr uint64_t kTicksEpoch = 621355968000000000ULL;
-
-static_assert(kFileTimeEpoch == 11644473600ULL * kIntervalsPerSecond, "1601 to 1970");
-static_assert(kTicksEpoch == 62135596800ULL * kIntervalsPerSecond, "0001 to 1970");
-
-uint64_t intervalsSince(uint64_t epoch, int64_t unixSeconds) {
-  return static_cast<uint64_t>(unixSeconds) * kIntervalsPerSecond + epoch;
-}
+using zp_filetime::intervalsSince;
+using zp_filetime::kFileTimeEpoch;
+using zp_filetime::kIntervalsPerSecond;
+using zp_filetime::kTicksEpoch;
 
 int64_t secondsFrom(uint64_t epoch, uint64_t intervals) {
   // The difference is a two's-complement pattern; C++ division truncates.
@@ -90,10 +81,6 @@ unsigned int ZephalFileTime::getLowDateTime() const {
 
 unsigned int ZephalFileTime::getHighDateTime() const {
   return high32(intervalsSince(kFileTimeEpoch, m_unixTime));
-}
-
-long long ZephalFileTime::getDateTimeTicks() const {
-  return static_cast<long long>(intervalsSince(kTicksEpoch, m_unixTime));
 }
 
 void ZephalFileTime::fromDateTimeTicks(long long ticks) {
