@@ -4,8 +4,8 @@
 #include "time/TimeFunctions.h"
 #include "time/ZephalSysTime.h"
 
-// glibc's gmtime_r takes the zone lock even for UTC; the arithmetic needs
-// no lock and no call (LoadUnix: 17 ns instead of 52 ns a text).
+// The arithmetic needs no call into the C library and none of its locking
+// (BM_PathCivilBreakdown: 38 ns instead of 41 ns a Unix-seconds text).
 bool zp_gmtime(long long count, tm& out) {
   constexpr long long kReach = 1LL << 40;
   if (count < -kReach || count > kReach || !zp_fast::on(zp_fast::kCivilBreakdown)) {
