@@ -16,6 +16,7 @@ enum Path : unsigned {
   kPutDigits,       // zpPutDigits: two and four digits from the pair table
   kPaddedPrint,     // _zpSprintf6: "%02w", "%04w", "%02d" without the format reader
   kMemchrSearch,    // StringBuffer::containsSubstring: memchr between candidates
+  kWordCount,       // StringBuffer::countCharOccurances: eight bytes a step
   kSmallCopy,       // StringBuffer::appendN: 8 to 32 bytes without a call
   kJsonShape,       // loadAnyFormat: /Date(ms[+-hhmm])/ read in place
   kDecimalShape,    // loadAnyFormat: up to ten digits read in one pass
