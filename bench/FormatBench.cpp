@@ -307,23 +307,6 @@ void registerWriters(const std::string& prefix) {
 
 // ---- Loaders ----------------------------------------------------------------------------
 
-template <bool Local>
-class OursLoadReader {
- public:
-  explicit OursLoadReader(const TextSet& set) {
-    for (const TextCase& c : set) m_texts.emplace_back(c.text);
-  }
-  bool read(std::size_t i, long long& s) {
-    if (!m_value.loadAnyFormat(Local, m_texts[i])) return false;
-    s = unixSecondsOf(m_value.m_time);
-    return true;
-  }
-
- private:
-  std::vector<StringBuffer> m_texts;
-  ZephalSysTime m_value;
-};
-
 // /Date(ms[+-hhmm])/ read the loader's way: whole hours of the suffix move
 // the instant the other way.
 class JsonStrtollReader {
@@ -373,12 +356,20 @@ inline bool floorDigits(const char* p, const char* end, long long& v) {
   return true;
 }
 
-// "/Date(1700000000000+0100)/": the suffix's hours move the instant back.
-class JsonFloorReader {
- public:
-  explicit JsonFloorReader(const TextSet& set) {
+// The texts as views, and the fields a floor breaks a count down into.
+class FloorBase {
+ protected:
+  explicit FloorBase(const TextSet& set) {
     for (const TextCase& c : set) m_texts.emplace_back(c.text, std::strlen(c.text));
   }
+  std::vector<std::string_view> m_texts;
+  ZephalCalendarFields m_fields{};
+};
+
+// "/Date(1700000000000+0100)/": the suffix's hours move the instant back.
+class JsonFloorReader : FloorBase {
+ public:
+  explicit JsonFloorReader(const TextSet& set) : FloorBase(set) {}
   bool read(std::size_t i, long long& s) {
     const char* p = m_texts[i].data();
     const char* end = p + m_texts[i].size();
@@ -401,17 +392,11 @@ class JsonFloorReader {
     s = unixSecondsOf(m_fields);
     return true;
   }
-
- private:
-  std::vector<std::string_view> m_texts;
-  ZephalCalendarFields m_fields{};
 };
 
-class UnixFloorReader {
+class UnixFloorReader : FloorBase {
  public:
-  explicit UnixFloorReader(const TextSet& set) {
-    for (const TextCase& c : set) m_texts.emplace_back(c.text, std::strlen(c.text));
-  }
+  explicit UnixFloorReader(const TextSet& set) : FloorBase(set) {}
   bool read(std::size_t i, long long& s) {
     long long t;
     if (!floorDigits(m_texts[i].data(), m_texts[i].data() + m_texts[i].size(), t)) return false;
@@ -419,10 +404,6 @@ class UnixFloorReader {
     s = unixSecondsOf(m_fields);
     return true;
   }
-
- private:
-  std::vector<std::string_view> m_texts;
-  ZephalCalendarFields m_fields{};
 };
 
 class UnixStrtollReader {

@@ -29,22 +29,6 @@ const TextSet kSlashedTexts = {
     {"Thu, 07 Mar 2024 09:05:03 GMT (Date in Mar/Apr)", 1709802303},
 };
 
-class OursLoader {
- public:
-  explicit OursLoader(const TextSet& set) {
-    for (const TextCase& c : set) m_texts.emplace_back(c.text);
-  }
-  bool read(std::size_t i, long long& s) {
-    if (!m_value.loadAnyFormat(false, m_texts[i])) return false;
-    s = unixSecondsOf(m_value.m_time);
-    return true;
-  }
-
- private:
-  std::vector<StringBuffer> m_texts;
-  ZephalSysTime m_value;
-};
-
 // Writers of the instants: the ISO 8601 timestamp and the log record.
 void writeIso(benchmark::State& state) {
   std::vector<ZephalSysTime> values(kWriteInstants.size());
@@ -109,7 +93,7 @@ const bool kRegistered = [] {
   for (const ReadPath& r : reads) {
     for (const bool off : {false, true}) {
       const std::string name = std::string("BM_Path") + r.name + (off ? "_Off" : "_On");
-      auto* run = r.loader ? readSwitched<OursLoader>
+      auto* run = r.loader ? readSwitched<OursLoadReader<false>>
                   : r.atomReader ? readSwitched<OursAtomReader>
                                  : readSwitched<OursRfc822Reader>;
       benchmark::RegisterBenchmark(name.c_str(), run, r.texts, r.path, off);
