@@ -1,6 +1,5 @@
 #include "tools/Batch.h"
 
-#include <algorithm>
 #include <condition_variable>
 #include <cstdio>
 #include <cstring>
@@ -51,6 +50,16 @@ int convertOnThisThread(const Settings& s, LineReader& reader, const char* name,
 // virtual machine is dear; 64 KB blocks left -j2 at 1.3x -j1.
 constexpr size_t kBlockBytes = 1 << 18;
 
+// The '\n' in [p, end), one memchr from each to the next: on the reading
+// thread, which every worker waits for, std::count went byte by byte.
+unsigned long countLines(const char* p, const char* end) {
+  unsigned long n = 0;
+  for (; (p = static_cast<const char*>(std::memchr(p, '\n', static_cast<size_t>(end - p)))); ++p) {
+    ++n;
+  }
+  return n;
+}
+
 // One block on its way from the reader through a worker to the writer.
 struct Block {
   std::vector<char> lines;  // a copy: the reader's buffer is reused
@@ -98,7 +107,7 @@ class Pipeline {
         b.lines.clear();
         do {
           b.lines.insert(b.lines.end(), data, data + size);
-          line += static_cast<unsigned long>(std::count(data, data + size, '\n'));
+          line += countLines(data, data + size);
         } while (b.lines.size() < kBlockBytes && (more = reader.next(data, size)));
         queue(read++);
         continue;
