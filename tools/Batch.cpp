@@ -70,7 +70,9 @@ struct Block {
 };
 
 // The calling thread reads blocks into a ring of slots and writes them back
-// out in order; the workers convert whatever block is next in the queue.
+// out in order; it and jobs - 1 workers convert whatever block is next in
+// the queue, so that there is one converting thread per job and none that
+// only waits (a reading thread beside two workers left -j2 at 1.4x -j1).
 // Block n lives in slot n % size until written, so the ring bounds memory
 // and no slot is refilled before its block has left.
 class Pipeline {
@@ -82,7 +84,7 @@ class Pipeline {
       b.lines.reserve(kBlockBytes + kMaxLine + (1 << 16) + 3);
       b.text.reserve(kBlockBytes);
     }
-    for (unsigned i = 0; i < jobs; ++i) m_workers.emplace_back([this] { work(); });
+    for (unsigned i = 1; i < jobs; ++i) m_workers.emplace_back([this] { work(); });
   }
 
   ~Pipeline() {
@@ -114,7 +116,7 @@ class Pipeline {
       }
       if (written == read) break;  // all read (or the ring full) and all written
       Block& b = m_ring[written % m_ring.size()];
-      waitConverted(b);
+      convertUntil(b);
       if (!writeBlock(b.count, b.text, b.messages, out, err, status)) return writeFailed(out, err);
       ++written;
     }
@@ -131,9 +133,21 @@ class Pipeline {
     m_queued.notify_one();
   }
 
-  void waitConverted(const Block& b) {
+  // Converts waiting blocks until `b` is converted, here or by a worker;
+  // sleeps only when there is none left to take.
+  void convertUntil(const Block& b) {
     std::unique_lock<std::mutex> lock(m_mutex);
-    m_convertedSignal.wait(lock, [&] { return b.converted; });
+    while (!b.converted) {
+      if (m_waiting.empty()) {
+        m_convertedSignal.wait(lock);
+        continue;
+      }
+      const unsigned long n = m_waiting.front();
+      m_waiting.pop_front();
+      lock.unlock();
+      convert(n);
+      lock.lock();
+    }
   }
 
   void work() {
@@ -146,17 +160,21 @@ class Pipeline {
         n = m_waiting.front();
         m_waiting.pop_front();
       }
-      Block& b = m_ring[n % m_ring.size()];
-      b.text.clear();
-      b.messages.clear();
-      b.count = convertBlock(m_settings, b.lines.data(), b.lines.size(), b.firstLine, b.text,
-                             b.messages);
-      {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        b.converted = true;
-      }
-      m_convertedSignal.notify_one();
+      convert(n);
     }
+  }
+
+  void convert(unsigned long n) {
+    Block& b = m_ring[n % m_ring.size()];
+    b.text.clear();
+    b.messages.clear();
+    b.count =
+        convertBlock(m_settings, b.lines.data(), b.lines.size(), b.firstLine, b.text, b.messages);
+    {
+      const std::lock_guard<std::mutex> lock(m_mutex);
+      b.converted = true;
+    }
+    m_convertedSignal.notify_one();
   }
 
   const Settings& m_settings;
