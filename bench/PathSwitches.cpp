@@ -84,7 +84,6 @@ const bool kRegistered = [] {
       {"EightDigits", zp_fast::kEightDigits, &kLoadGeneralizedTexts, false, true},
       {"EightDigitsFraction", zp_fast::kEightDigits, &kLoadGeneralizedFractionTexts, false, true},
       {"MemchrSearch", zp_fast::kMemchrSearch, &kSlashedTexts, false, true},
-      {"WordCount", zp_fast::kWordCount, &kRfc1123Texts, false, true},
       {"JsonShape", zp_fast::kJsonShape, &kLoadJsonTexts, false, true},
       {"DecimalShape", zp_fast::kDecimalShape, &kLoadUnixTexts, false, true},
       {"CivilBreakdown", zp_fast::kCivilBreakdown, &kLoadUnixTexts, false, true},

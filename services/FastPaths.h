@@ -15,8 +15,7 @@ enum Path : unsigned {
   kEightDigits,     // zp_asn::allDigits: eight digits checked in one word
   kPutDigits,       // zpPutDigits: two and four digits from the pair table
   kPaddedPrint,     // _zpSprintf6: "%02w", "%04w", "%02d" without the format reader
-  kMemchrSearch,    // StringBuffer::containsSubstring: memchr between candidates
-  kWordCount,       // StringBuffer::countCharOccurances: eight bytes a step
+  kMemchrSearch,    // StringBuffer: memchr to the first candidate, and between them
   kSmallCopy,       // StringBuffer::appendN: 8 to 32 bytes without a call
   kJsonShape,       // loadAnyFormat: /Date(ms[+-hhmm])/ read in place
   kDecimalShape,    // loadAnyFormat: up to ten digits read in one pass
