@@ -90,7 +90,8 @@ bool _zpDateParser::TmToVariant(unsigned short year, unsigned short month, unsig
   }
   // The day and the second of the day apart, the only carry (23:59:60 into
   // the next day) taken by hand: the division below then waits for nothing
-  // but the time of day (BM_ToOle_Ours: 9.8 ns instead of 11 ns).
+  // but the time of day. With the single range test above, BM_ToOle_Ours
+  // went from 12.5 ns to 10 ns.
   const int64_t days = zpcivil::daysFromCivil(year, month, day) - kOleEpochDays;
   const int daySecond = hour * 3600 + minute * 60 + second;  // [0, 86400]
   const bool carry = daySecond == kSecondsPerDay;

@@ -22,8 +22,10 @@ inline bool eightDigits(uint64_t x) {
 }
 
 // True when the n bytes at p are ASCII digits, for 8 <= n <= 16 readable
-// bytes (the callers measure the text first): two overlapping 8-byte loads
-// (BM_PathEightDigits: 24 ns instead of 28 ns a GeneralizedTime text).
+// bytes (the callers measure the text first): two overlapping 8-byte loads.
+// Little against the field reads after it (BM_PathEightDigits: 20.5 ns
+// instead of 20.9 ns a GeneralizedTime text, 15.7 instead of 16.6 with a
+// fraction).
 inline bool allDigits(const char* p, unsigned int n) {
   if (!zp_fast::on(zp_fast::kEightDigits)) {
     for (unsigned int i = 0; i < n; ++i) {
