@@ -141,14 +141,6 @@ const char* readYearFirst(const char* p, Reading& r) {
   while (n < 13 && isDigit(p[n])) ++n;
   const char after = p[n];
   if (after == '.' && isDigit(p[n + 1]) && n <= 12) return readUnixFraction(p, n, r);
-  if (n == 4 && after == '-' && zp_fast::on(zp_fast::kFixedIso)) {
-    // By position first, as for RFC 3339: the loader sends here every Atom
-    // text whose offset has a colon, as its third ':' fails the Atom test.
-    if (const char* q = readFixedIsoDateTime(p, r)) {
-      q = readFraction(q, r, true);
-      return q ? readZoneAndRest(q, r) : nullptr;
-    }
-  }
   if (n == 4 && (after == '-' || after == '/')) {
     r.f.year = (p[0] - '0') * 1000 + (p[1] - '0') * 100 + (p[2] - '0') * 10 + (p[3] - '0');
     return readExtended(p + 4, r);
