@@ -119,6 +119,24 @@ class OursAtomReader {
   ZephalSysTime m_value;
 };
 
+// loadAnyFormat, marking Unix seconds local or not.
+template <bool Local>
+class OursLoadReader {
+ public:
+  explicit OursLoadReader(const TextSet& set) {
+    for (const TextCase& c : set) m_texts.emplace_back(c.text);
+  }
+  bool read(std::size_t i, long long& s) {
+    if (!m_value.loadAnyFormat(Local, m_texts[i])) return false;
+    s = unixSecondsOf(m_value.m_time);
+    return true;
+  }
+
+ private:
+  std::vector<StringBuffer> m_texts;
+  ZephalSysTime m_value;
+};
+
 // ---- Fixed-format floors ----------------------------------------------------------
 // Each knows one layout by byte position and does the least a reader can:
 // check and read the digits, switch on the month name, count days. Texts in

@@ -5,7 +5,8 @@
 //   BM_WriteUtcTime_*   240307090503Z                  getAsnUtcDateTime
 //   BM_WriteRfc1123_*   Thu, 07 Mar 2024 09:05:03 GMT  getRfc822String
 //   BM_Load<Form>_*     loadAnyFormat on each of its seven forms; the peers
-//                       for its RFC 822 form are the BM_ParseRfc1123_* rows
+//                       for its RFC 822 form are the BM_ParseRfc1123_* rows;
+//                       the counted forms (JSON, Unix) have a fair floor
 //   BM_Local*           the paths through the C library's local zone (mktime);
 //                       run them with TZ set and with TZ unset
 //
@@ -306,23 +307,6 @@ void registerWriters(const std::string& prefix) {
 
 // ---- Loaders ----------------------------------------------------------------------------
 
-template <bool Local>
-class OursLoadReader {
- public:
-  explicit OursLoadReader(const TextSet& set) {
-    for (const TextCase& c : set) m_texts.emplace_back(c.text);
-  }
-  bool read(std::size_t i, long long& s) {
-    if (!m_value.loadAnyFormat(Local, m_texts[i])) return false;
-    s = unixSecondsOf(m_value.m_time);
-    return true;
-  }
-
- private:
-  std::vector<StringBuffer> m_texts;
-  ZephalSysTime m_value;
-};
-
 // /Date(ms[+-hhmm])/ read the loader's way: whole hours of the suffix move
 // the instant the other way.
 class JsonStrtollReader {
@@ -343,6 +327,83 @@ class JsonStrtollReader {
 
  private:
   const TextSet& m_set;
+};
+
+// The fair floor of the two counted forms: the digits parsed, a zone
+// suffix's whole hours applied, the count broken down into calendar fields
+// by civil arithmetic, and the answer read back from the fields, as ours is.
+inline void floorBreakDown(long long t, ZephalCalendarFields& f) {
+  const long long days = zpcivil::floorDiv(t, 86400);
+  const int daySeconds = static_cast<int>(t - days * 86400);
+  const zpcivil::CivilDate c = zpcivil::civilFromDays(days);
+  f.wYear = static_cast<uint16_t>(c.year);
+  f.wMonth = static_cast<uint16_t>(c.month);
+  f.wDay = static_cast<uint16_t>(c.day);
+  f.wHour = static_cast<uint16_t>(daySeconds / 3600);
+  f.wMinute = static_cast<uint16_t>(daySeconds / 60 % 60);
+  f.wSecond = static_cast<uint16_t>(daySeconds % 60);
+  f.wDayOfWeek = static_cast<uint16_t>(zpcivil::weekdayFromDays(days));
+}
+
+// Digits in [p, end) into v; false when there are none or a byte is no digit.
+inline bool floorDigits(const char* p, const char* end, long long& v) {
+  v = 0;
+  if (p == end) return false;
+  for (; p < end; ++p) {
+    if (static_cast<unsigned char>(*p - '0') > 9) return false;
+    v = v * 10 + (*p - '0');
+  }
+  return true;
+}
+
+// The texts as views, and the fields a floor breaks a count down into.
+class FloorBase {
+ protected:
+  explicit FloorBase(const TextSet& set) {
+    for (const TextCase& c : set) m_texts.emplace_back(c.text, std::strlen(c.text));
+  }
+  std::vector<std::string_view> m_texts;
+  ZephalCalendarFields m_fields{};
+};
+
+// "/Date(1700000000000+0100)/": the suffix's hours move the instant back.
+class JsonFloorReader : FloorBase {
+ public:
+  explicit JsonFloorReader(const TextSet& set) : FloorBase(set) {}
+  bool read(std::size_t i, long long& s) {
+    const char* p = m_texts[i].data();
+    const char* end = p + m_texts[i].size();
+    if (end - p < 9 || std::memcmp(p, "/Date(", 6) != 0 || end[-1] != '/' || end[-2] != ')') {
+      return false;
+    }
+    p += 6;
+    end -= 2;
+    const bool negative = *p == '-';
+    p += negative;
+    long long hhmm = 0;
+    if (end - p > 5 && (end[-5] == '+' || end[-5] == '-')) {
+      if (!floorDigits(end - 4, end, hhmm)) return false;
+      if (end[-5] == '-') hhmm = -hhmm;
+      end -= 5;
+    }
+    long long ms;
+    if (!floorDigits(p, end, ms)) return false;
+    floorBreakDown((negative ? -ms : ms) / 1000 - hhmm / 100 * 3600, m_fields);
+    s = unixSecondsOf(m_fields);
+    return true;
+  }
+};
+
+class UnixFloorReader : FloorBase {
+ public:
+  explicit UnixFloorReader(const TextSet& set) : FloorBase(set) {}
+  bool read(std::size_t i, long long& s) {
+    long long t;
+    if (!floorDigits(m_texts[i].data(), m_texts[i].data() + m_texts[i].size(), t)) return false;
+    floorBreakDown(t, m_fields);
+    s = unixSecondsOf(m_fields);
+    return true;
+  }
 };
 
 class UnixStrtollReader {
@@ -383,6 +444,7 @@ using HhDateGeneralizedReader = HhDateReader<kHhDateGeneralizedFormats, std::chr
 void registerLoaders() {
   registerReader<OursLoadReader<false>>("BM_LoadJson_Ours", kLoadJsonTexts);
   registerReader<JsonStrtollReader>("BM_LoadJson_Strtoll", kLoadJsonTexts);
+  registerReader<JsonFloorReader>("BM_LoadJson_Floor", kLoadJsonTexts);
 
   registerReader<OursLoadReader<false>>("BM_LoadAtom_Ours", kLoadAtomTexts);
   registerReader<OursAtomReader>("BM_LoadAtom_OursAtomDateToSysTime", kLoadAtomTexts);
@@ -410,6 +472,7 @@ void registerLoaders() {
   registerReader<OursLoadReader<false>>("BM_LoadUnix_Ours", kLoadUnixTexts);
   registerReader<UnixStrtollReader>("BM_LoadUnix_Strtoll", kLoadUnixTexts);
   registerReader<UnixFromCharsReader>("BM_LoadUnix_FromChars", kLoadUnixTexts);
+  registerReader<UnixFloorReader>("BM_LoadUnix_Floor", kLoadUnixTexts);
 
   registerReader<OursLoadReader<false>>("BM_LoadUtcTime_Ours", kLoadUtcTimeTexts);
   registerReader<StrptimeReader<kStrptimeUtcTimeFormats>>("BM_LoadUtcTime_Strptime",

@@ -17,12 +17,17 @@ namespace zpcivil {
 // Division rounding toward minus infinity; b > 0 and a > INT64_MIN + b.
 constexpr int64_t floorDiv(int64_t a, int64_t b) { return (a >= 0 ? a : a - (b - 1)) / b; }
 
-constexpr bool isLeapYear(int64_t y) { return y % 4 == 0 && (y % 100 != 0 || y % 400 == 0); }
+// Without branches (& and | rather than && and ||), as daysInMonth below:
+// readers check every date's day against its month, and the branches of a
+// random month are mispredicted once a date or so. For a multiple of 4,
+// 100 | y is 25 | y and 400 | y is then 16 | y: one division, not three.
+constexpr bool isLeapYear(int64_t y) { return ((y & 3) == 0) & ((y % 25 != 0) | ((y & 15) == 0)); }
 
 // m in [1, 12]. Outside February the lengths alternate 31/30 and the
 // alternation flips at August; (m + m/8) & 1 is 1 for the 31-day months.
+// February, which that makes 30, gives back 2, or 1 in a leap year.
 constexpr int daysInMonth(int64_t y, int m) {
-  return m == 2 ? (isLeapYear(y) ? 29 : 28) : 30 + ((m + (m >> 3)) & 1);
+  return 30 + ((m + (m >> 3)) & 1) - (m == 2) * (2 - isLeapYear(y));
 }
 
 // Days from 1970-01-01 to y-m-d; m in [1, 12], d in [1, 31] (a day past the
@@ -61,6 +66,9 @@ constexpr int weekdayFromDays(int64_t z) {
   return static_cast<int>(r < 0 ? r + 7 : r);
 }
 
+static_assert(isLeapYear(2000) && !isLeapYear(1900) && isLeapYear(-4) && !isLeapYear(-100) &&
+                  isLeapYear(-400) && isLeapYear(2024) && !isLeapYear(2023),
+              "the Gregorian rule, before year 0 too");
 static_assert(daysFromCivil(2024, 3, 7) == 19789 && weekdayFromDays(19789) == 4,
               "2024-03-07, a Thursday, is Unix day 19789");
 static_assert(civilFromDays(-719528).year == 0 && civilFromDays(-1).day == 31,

@@ -34,6 +34,7 @@
 // nine digits (1973 on; shorter numbers are more often versions or
 // durations than instants).
 #include "services/DateCursor.h"
+#include "services/FastPaths.h"
 
 namespace zpdate {
 namespace {
@@ -169,8 +170,8 @@ const char* readRfc3339Fields(const char* p, Reading& r) {
 }  // namespace
 
 const char* readRfc3339(const char* p, Reading& r) {
-  // By position first: 27 ns instead of 31 ns a text on BM_ParseAtom_Ours.
-  if (const char* q = readFixedIsoDateTime(p, r)) {
+  // By position first: 29 ns instead of 33 ns a text (BM_PathFixedIso).
+  if (const char* q = zp_fast::on(zp_fast::kFixedIso) ? readFixedIsoDateTime(p, r) : nullptr) {
     p = readFraction(q, r, false);
   } else {
     p = readRfc3339Fields(p, r);

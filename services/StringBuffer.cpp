@@ -10,6 +10,8 @@
 #include <cstring>
 #include <functional>
 
+#include "services/FastPaths.h"
+
 namespace {
 
 // The white space that trim2 and trimInsideSpaces remove.
@@ -37,20 +39,46 @@ bool equalBytes(const char* a, const char* b, size_t n, bool caseInsensitive) {
 
 // The first place in [begin, end) where the `n` bytes of `pattern` occur.
 // memchr jumps between candidates for the first byte: the loader asks every
-// text for "Date(", and in most texts 'D' never occurs.
+// text with a '/' for "Date(", and in most of them 'D' never occurs
+// (BM_PathMemchrSearch: 41 ns instead of 114 ns a text).
 const char* findBytes(const char* begin, const char* end, const char* pattern, size_t n,
                       bool caseInsensitive) {
   if (n > static_cast<size_t>(end - begin)) return nullptr;
   if (n == 0) return begin;
   const char* const lastStart = end - n;
   for (const char* p = begin; p <= lastStart; ++p) {
-    if (!caseInsensitive) {
+    if (!caseInsensitive && zp_fast::on(zp_fast::kMemchrSearch)) {
       p = static_cast<const char*>(std::memchr(p, pattern[0], lastStart - p + 1));
       if (p == nullptr) return nullptr;
     }
     if (equalBytes(p, pattern, n, caseInsensitive)) return p;
   }
   return nullptr;
+}
+
+// memmove(to, from, n), with the 8 to 32 bytes of a date text as two
+// overlapping loads and two stores instead of a call (BM_PathSmallCopy:
+// 9.7 ns instead of 10.8 ns an ISO 8601 timestamp). Both loads come first,
+// so overlapping ranges copy as memmove copies them.
+template <size_t kWord>
+void copyHeadTail(char* to, const char* from, size_t n) {
+  char head[kWord], tail[kWord];
+  std::memcpy(head, from, kWord);
+  std::memcpy(tail, from + n - kWord, kWord);
+  std::memcpy(to, head, kWord);
+  std::memcpy(to + n - kWord, tail, kWord);
+}
+
+void copySmall(char* to, const char* from, size_t n) {
+  if (!zp_fast::on(zp_fast::kSmallCopy)) {
+    std::memmove(to, from, n);
+  } else if (n >= 16 && n <= 32) {
+    copyHeadTail<16>(to, from, n);
+  } else if (n >= 8 && n < 16) {
+    copyHeadTail<8>(to, from, n);
+  } else {
+    std::memmove(to, from, n);
+  }
 }
 
 // A leading number as strtoull reads it, the magnitude saturated at UINT64_MAX
@@ -134,6 +162,13 @@ bool StringBuffer::append(const StringBuffer& other) { return appendN(other.m_da
 
 bool StringBuffer::appendN(const char* text, unsigned int n) {
   if (n == 0 || text == nullptr) return true;  // null appends nothing, as in append
+  if (n < m_capacity - m_size) {
+    // Room already, so nothing moves and our own text needs no more care
+    // than memmove gives: every date-sized append lands here.
+    copySmall(m_data + m_size, text, n);
+    setSize(m_size + n);
+    return true;
+  }
   if (n > UINT_MAX - 1 - m_size) return false;
   // Appending part of our own text: growing may move it, so keep its offset.
   const bool ownText = pointsInto(text, m_data, m_data + m_capacity);
@@ -158,10 +193,6 @@ void StringBuffer::clear() { setSize(0); }
 
 // ---- Reading ------------------------------------------------------------------
 
-char StringBuffer::lastChar() const { return m_size ? m_data[m_size - 1] : '\0'; }
-
-char StringBuffer::charAt(unsigned int i) const { return i < m_size ? m_data[i] : '\0'; }
-
 // A null text counts as "", as it does for append.
 bool StringBuffer::containsSubstring(const char* text) const {
   if (text == nullptr) return true;
@@ -170,15 +201,16 @@ bool StringBuffer::containsSubstring(const char* text) const {
 
 bool StringBuffer::containsChar(char c) const { return std::memchr(m_data, c, m_size) != nullptr; }
 
-// Jumps from one occurrence to the next: the bytes counted (':', '-', 'T')
-// are few in a date text, and memchr skips the rest a vector at a time.
+// Most texts hold none of the byte asked for ('-' in a mail date), and one
+// memchr says so; after the first, one pass counts the rest, where jumping
+// from one to the next would pay a call for each of the two or three '-'
+// and ':' of an Atom text.
 unsigned int StringBuffer::countCharOccurances(char c) const {
-  unsigned int count = 0;
-  const char* const end = m_data + m_size;
-  for (const char* p = m_data; (p = static_cast<const char*>(std::memchr(p, c, end - p))); ++p) {
-    ++count;
-  }
-  return count;
+  const char* const begin = m_data;
+  const char* const end = begin + m_size;
+  if (!zp_fast::on(zp_fast::kMemchrSearch)) return static_cast<unsigned>(std::count(begin, end, c));
+  const char* const first = static_cast<const char*>(std::memchr(begin, c, m_size));
+  return first == nullptr ? 0 : 1 + static_cast<unsigned>(std::count(first + 1, end, c));
 }
 
 bool StringBuffer::isDecimalNumber(bool digitsOnly) const {

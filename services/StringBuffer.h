@@ -35,9 +35,9 @@ class StringBuffer {
   unsigned int getSize() const { return m_size; }
 
   // The last byte, or 0 for an empty buffer.
-  char lastChar() const;
+  char lastChar() const { return m_size ? m_data[m_size - 1] : '\0'; }
   // The byte at `i`, or 0 past the end.
-  char charAt(unsigned int i) const;
+  char charAt(unsigned int i) const { return i < m_size ? m_data[i] : '\0'; }
 
   bool containsSubstring(const char* text) const;  // "" is always contained
   bool containsChar(char c) const;

@@ -1,5 +1,6 @@
 // The free-form loader on every form it tells apart and the borders between
 // them, against Python's readings (tests/data/loader_cases.tsv).
+#include "fuzz/LoaderSteps.h"
 #include "tests/TestValues.h"
 
 using namespace zptest;
@@ -34,4 +35,61 @@ TEST(LoadAnyFormat, RefusedTextsLeaveWhatTheParsersLeft) {
   StringBuffer text("Thu, 99-Mar-2024 09:05:03 GMT");
   EXPECT_FALSE(t.loadAnyFormat(false, text));
   EXPECT_EQ(stateOf(t), stateOf(makeTime({2001, 2, 3, 4, 5, 6}, true, 250)));
+}
+
+// Texts for the JSON and decimal forms made from parts: counts around the
+// 32- and 64-bit limits, signs, zone suffixes of every length, blanks,
+// escapes, other brackets, and a zero byte at each place.
+std::vector<std::string> jsonAndDecimalTexts() {
+  const char* const counts[] = {"",     "0",          "1",     "999",  "1000", "0001700000000000",
+                                "1700000000999", "4294967295000", "4294967296000",
+                                "253402300799000", "999999999999999999", "9223372036854775807",
+                                "9223372036854775808", "99999999999999999999999"};
+  const char* const signs[] = {"", "-", "+", "--", " -", "- "};
+  const char* const zones[] = {"", "+0100", "-0500", "+0530", "-0530", "+01", "-1", "+99999",
+                               "+", "-", "+-0100", "-+0100", " +0100", "+01 00", "+abcd"};
+  const char* const shapes[] = {"/Date(%)/", " /Date(%)/\t", "/Date( % )/", "Date(%)/",
+                                "\\/Date(%)\\/", "/Date(%)/x", "x/Date(%)/", "/Date(%)",
+                                "/Date(%)//", "/DateDate(%)/", "/Date((%))/", "%"};
+  std::vector<std::string> texts;
+  for (const char* shape : shapes) {
+    for (const char* sign : signs) {
+      for (const char* count : counts) {
+        for (const char* zone : zones) {
+          std::string text = shape;
+          text.replace(text.find('%'), 1, std::string(sign) + count + zone);
+          texts.push_back(text);
+        }
+      }
+    }
+  }
+  const size_t made = texts.size();
+  for (size_t i = 0; i < made; i += 7) {
+    for (size_t at = 0; at <= texts[i].size(); at += 3) {
+      texts.push_back(texts[i].substr(0, at) + '\0' + texts[i].substr(at));
+    }
+  }
+  return texts;
+}
+
+// The JSON and decimal forms read as quickly as possible give what the
+// steps give one by one (fuzz/LoaderSteps.h), on every field and flag, for
+// the table's texts and the made ones alike.
+TEST(LoadAnyFormat, JsonAndDecimalAsTheStepsRead) {
+  std::vector<std::string> texts = jsonAndDecimalTexts();
+  for (const Row& r : readTable("loader_cases.tsv")) texts.push_back(unescape(r[0]));
+  int compared = 0;
+  for (const std::string& text : texts) {
+    StringBuffer input;
+    input.appendN(text.data(), static_cast<unsigned>(text.size()));
+    for (const bool local : {false, true}) {
+      ZephalSysTime steps = marked(makeTime({2001, 2, 3, 4, 5, 6}, true, 250));
+      ZephalSysTime loaded = steps;
+      if (!zpsteps::loadJsonOrDecimal(local, input, steps)) continue;
+      ++compared;
+      EXPECT_TRUE(loaded.loadAnyFormat(local, input));
+      EXPECT_EQ(stateOf(loaded), stateOf(steps)) << ::testing::PrintToString(text);
+    }
+  }
+  EXPECT_GT(compared, 20000);
 }

@@ -42,7 +42,16 @@ TEST(StringBuffer, AppendsItselfAcrossTheMoveToTheHeap) {
 // Each edit with what it returns (0 for those that return nothing).
 TEST(StringBuffer, Edits) {
   using Edit = int (*)(StringBuffer&);
+  const Edit dashes = [](StringBuffer& s) { return int(s.countCharOccurances('-')); };
+  const std::string manyDashes(300, '-');
+  const std::string mixed = manyDashes + "x-x" + manyDashes + "-";
   const struct { const char* text; Edit edit; std::string expected; int result; } rows[] = {
+      {"2024-03-07T09:05:03-05:00", dashes, "2024-03-07T09:05:03-05:00", 3},
+      {"-------", dashes, "-------", 7},
+      {"--------", dashes, "--------", 8},
+      {"x--------", dashes, "x--------", 8},
+      {"Thu, 07 Mar 2024 09:05:03 GMT", dashes, "Thu, 07 Mar 2024 09:05:03 GMT", 0},
+      {mixed.c_str(), dashes, mixed, 602},
       {" \t a  b \r\n", [](StringBuffer& s) { return s.trim2(), 0; }, "a  b", 0},
       {"\r\n", [](StringBuffer& s) { return s.trim2(), 0; }, "", 0},
       {"  a \t\n b  c \t", [](StringBuffer& s) { return s.trimInsideSpaces(), 0; }, "  a b c \t", 0},

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "services/FastPaths.h"
 #include "services/ParsedReading.h"
 #include "services/zpDateParser.h"
 #include "services/zpStdio.h"
@@ -22,7 +23,16 @@ inline bool eightDigits(uint64_t x) {
 
 // True when the n bytes at p are ASCII digits, for 8 <= n <= 16 readable
 // bytes (the callers measure the text first): two overlapping 8-byte loads.
+// Little against the field reads after it (BM_PathEightDigits: 20.5 ns
+// instead of 20.9 ns a GeneralizedTime text, 15.7 instead of 16.6 with a
+// fraction).
 inline bool allDigits(const char* p, unsigned int n) {
+  if (!zp_fast::on(zp_fast::kEightDigits)) {
+    for (unsigned int i = 0; i < n; ++i) {
+      if (static_cast<unsigned char>(p[i] - '0') > 9) return false;
+    }
+    return true;
+  }
   uint64_t head, tail;
   std::memcpy(&head, p, 8);
   std::memcpy(&tail, p + n - 8, 8);

@@ -13,19 +13,10 @@
 
 namespace {
 
-constexpr int64_t kIntervalsPerSecond = 10000000;  // 100-ns intervals
-
-// 100-ns intervals from 1601-01-01 to 1970-01-01 (11644473600 s)
-constexpr uint64_t kFileTimeEpoch = 116444736000000000ULL;
-// 100-ns intervals from 0001-01-01 to 1970-01-01 (62135596800 s)
-constexpr uint64_t kTicksEpoch = 621355968000000000ULL;
-
-static_assert(kFileTimeEpoch == 11644473600ULL * kIntervalsPerSecond, "1601 to 1970");
-static_assert(kTicksEpoch == 62135596800ULL * kIntervalsPerSecond, "0001 to 1970");
-
-uint64_t intervalsSince(uint64_t epoch, int64_t unixSeconds) {
-  return static_cast<uint64_t>(unixSeconds) * kIntervalsPerSecond + epoch;
-}
+using zp_filetime::intervalsSince;
+using zp_filetime::kFileTimeEpoch;
+using zp_filetime::kIntervalsPerSecond;
+using zp_filetime::kTicksEpoch;
 
 int64_t secondsFrom(uint64_t epoch, uint64_t intervals) {
   // The difference is a two's-complement pattern; C++ division truncates.
@@ -92,10 +83,6 @@ unsigned int ZephalFileTime::getHighDateTime() const {
   return high32(intervalsSince(kFileTimeEpoch, m_unixTime));
 }
 
-long long ZephalFileTime::getDateTimeTicks() const {
-  return static_cast<long long>(intervalsSince(kTicksEpoch, m_unixTime));
-}
-
 void ZephalFileTime::fromDateTimeTicks(long long ticks) {
   m_unixTime = secondsFrom(kTicksEpoch, static_cast<uint64_t>(ticks));
 }
@@ -125,9 +112,8 @@ namespace {
 // The reset load of the UTC breakdown, marked as asked, then the carried
 // flags of `ft` in place of the defaults.
 void breakDownInto(const ZephalFileTime& ft, bool bLocal, ZephalSysTime& st) {
-  const time_t t = static_cast<time_t>(ft.m_unixTime);
   tm gmt;
-  if (gmtime_r(&t, &gmt) != nullptr) {
+  if (zp_gmtime(ft.m_unixTime, gmt)) {
     st.resetLoad(gmt, bLocal);
   } else {
     // Seconds beyond the years a tm holds: the calendar fields stay as clear

@@ -49,7 +49,7 @@ double oleDateOf(const ZephalCalendarFields& f) {
 double ZephalSysTime::toOleDate(bool bLocal) {
   if (bLocal) {
     toLocalSysTime();
-  } else {
+  } else if (m_bLocal) {  // a GMT value needs no call at all
     toGmtSysTime();
   }
   return oleDateOf(m_time);

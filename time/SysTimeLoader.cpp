@@ -8,6 +8,9 @@
 //   240307090503Z                   13 bytes, no '-' or ':', ends in Z
 //   20240307090503Z                 15 bytes, no '-' or ':', ends in Z
 //   Thu, 07 Mar 2024 09:05:03 GMT   anything else: the RFC 822 parser
+#include <cstring>
+
+#include "services/FastPaths.h"
 #include "services/LogBase.h"
 #include "services/ParsedReading.h"
 #include "services/StringBuffer.h"
@@ -28,10 +31,57 @@ int zoneSuffix(const char* sign) {
   return hhmm;
 }
 
+bool isDigit(char c) { return static_cast<unsigned char>(c - '0') < 10; }
+
+// The value of the digits in [p, end), at most 18 of them, so it cannot
+// overflow; false when a byte is no digit or there are none or too many.
+bool readDigitRun(const char* p, const char* end, long long& value) {
+  if (p == end || end - p > 18) return false;
+  unsigned long long v = 0;
+  for (; p < end; ++p) {
+    if (!isDigit(*p)) return false;
+    v = v * 10 + static_cast<unsigned>(*p - '0');
+  }
+  value = static_cast<long long>(v);
+  return true;
+}
+
+// /Date(1700000000000)/, /Date(-86400000)/, /Date(1700000000000+0100)/ and
+// nothing else: no blanks, no other byte, at most 18 digits. On these the
+// general steps below edit nothing but the brackets away, so reading them in
+// place gives the same seconds without the copy, the edits and the scan
+// (BM_PathJsonShape: 67 ns instead of 136 ns a text).
+bool readPlainJson(const char* text, unsigned size, long long& seconds) {
+  const char* p = text;
+  const char* end = text + size;
+  if (size < 9 || std::memcmp(p, "/Date(", 6) != 0 || std::memcmp(end - 2, ")/", 2) != 0) {
+    return false;
+  }
+  p += 6;
+  end -= 2;
+  const bool beforeEpoch = *p == '-';
+  p += beforeEpoch;
+  int zone = 0;  // hhmm east of GMT
+  if (end - p > 5 && (end[-5] == '+' || end[-5] == '-')) {
+    long long hhmm;
+    if (!readDigitRun(end - 4, end, hhmm)) return false;
+    zone = static_cast<int>(end[-5] == '-' ? -hhmm : hhmm);
+    end -= 5;
+  }
+  long long millis;
+  if (!readDigitRun(p, end, millis)) return false;
+  seconds = (beforeEpoch ? -(millis / 1000) : millis / 1000) - zone / 100 * 3600LL;
+  return true;
+}
+
 // Unix seconds of a JSON date text such as /Date(1700000000000-0500)/,
 // worked out on a copy. The zone suffix moves the instant by whole hours
 // only ("+0530" counts as 5 h), and milliseconds are dropped.
 long long jsonUnixSeconds(const StringBuffer& text) {
+  long long plain;
+  if (zp_fast::on(zp_fast::kJsonShape) && readPlainJson(text.getString(), text.getSize(), plain)) {
+    return plain;
+  }
   StringBuffer copy;
   copy.append(text);
   copy.trim2();
@@ -71,10 +121,28 @@ bool readGeneralizedFields(const char* text, int32_t f[6]) {
   return true;
 }
 
+// Unix seconds when the whole text is decimal digits, as isDecimalNumber(true)
+// and uintValue() read them (saturated at 2^32 - 1). Up to ten digits, the
+// common case, one pass does both (BM_PathDecimalShape: 36 ns instead of
+// 42 ns a text).
+bool readDecimalSeconds(const StringBuffer& text, unsigned int& seconds) {
+  const unsigned size = text.getSize();
+  if (size == 0 || size > 10 || !zp_fast::on(zp_fast::kDecimalShape)) {
+    if (!text.isDecimalNumber(true)) return false;
+    seconds = text.uintValue();
+    return true;
+  }
+  long long value;
+  if (!readDigitRun(text.getString(), text.getString() + size, value)) return false;
+  seconds = value > 0xFFFFFFFFLL ? 0xFFFFFFFFu : static_cast<unsigned>(value);
+  return true;
+}
+
 }  // namespace
 
 bool ZephalSysTime::loadAnyFormat(bool bLocal, StringBuffer& text) {
-  if (text.containsSubstring("Date(") && text.containsChar('/')) {
+  // '/' first: most texts hold none, and one memchr says so.
+  if (text.containsChar('/') && text.containsSubstring("Date(")) {
     fromUnixTime64(false, jsonUnixSeconds(text));
     return true;
   }
@@ -99,8 +167,9 @@ bool ZephalSysTime::loadAnyFormat(bool bLocal, StringBuffer& text) {
     }
   }
 
-  if (text.isDecimalNumber(true)) {
-    fromUnixTime(bLocal, text.uintValue());
+  unsigned int seconds;
+  if (readDecimalSeconds(text, seconds)) {
+    fromUnixTime(bLocal, seconds);
     return true;
   }
 

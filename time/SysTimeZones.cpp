@@ -5,13 +5,6 @@
 
 namespace {
 
-// Breaks `count` down as UTC into `out`; false when the count lies beyond the
-// years a tm can hold.
-bool breakDownUtc(long long count, tm& out) {
-  const time_t t = static_cast<time_t>(count);
-  return gmtime_r(&t, &out) != nullptr;
-}
-
 // The zone's offset in force at `instant`, 0 where the C library cannot break
 // it down.
 long long offsetAt(time_t instant) {
@@ -30,7 +23,7 @@ void ZephalSysTime::toGmtSysTime() {
   const long long instant = zp_mktime64(&image);
   tm gmt;
   // A count from 16-bit fields (or mktime's -1) always breaks down.
-  breakDownUtc(instant, gmt);
+  zp_gmtime(instant, gmt);
   brokenDownLoad(gmt, false);
 }
 
@@ -42,14 +35,13 @@ void ZephalSysTime::toLocalSysTime() {
   // after 2106 keep their true offset.
   const time_t instant = timegm(&image);
   tm wallClock;
-  breakDownUtc(static_cast<long long>(instant) + offsetAt(instant), wallClock);
+  zp_gmtime(static_cast<long long>(instant) + offsetAt(instant), wallClock);
   brokenDownLoad(wallClock, true);
 }
 
 void ZephalSysTime::getCurrentGmt() {
-  const time_t now = time(nullptr);
   tm gmt;
-  gmtime_r(&now, &gmt);
+  zp_gmtime(static_cast<long long>(time(nullptr)), gmt);
   resetLoad(gmt, false);
 }
 

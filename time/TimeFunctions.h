@@ -14,6 +14,12 @@ void zp_tzset();
 // does nothing at all, not even the initialisation.
 void zp_localtime_r(const long* t, tm* out);
 
+// gmtime_r(count, out) with the count as 64 bits; false where gmtime_r
+// fails (years a tm cannot hold). Within 2^40 s of 1970 (some 34,000 years)
+// the fields come from calendar arithmetic, gmtime_r's exactly, tm_yday,
+// tm_zone and tm_gmtoff included.
+bool zp_gmtime(long long count, tm& out);
+
 // mktime after the zone initialisation; `t` is normalised in place.
 time_t zp_mktime(tm* t);
 long long zp_mktime64(tm* t);

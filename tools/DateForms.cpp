@@ -92,7 +92,7 @@ bool appendLocal(Form form, const char* pattern, const Instant& in, std::string&
 const char* dayName(int dayOfWeek) { return kDayNames[dayOfWeek % 7]; }
 
 bool localClock(const Instant& in, Clock& clock, std::string& why) {
-  const long seconds = static_cast<long>(in.seconds);
+  const long seconds = static_cast<long>(unixSeconds(in));
   zp_localtime_r(&seconds, &clock.fields);
   clock.millis = in.gmt.m_time.wMilliseconds;
   const int year = clock.fields.tm_year + 1900;
@@ -140,7 +140,7 @@ bool appendForm(Form form, const char* pattern, const Instant& in, std::string& 
       appendText(text, out);
       return true;
     }
-    case Form::kUnix: out += std::to_string(in.seconds); return true;
+    case Form::kUnix: out += std::to_string(unixSeconds(in)); return true;
     case Form::kFileTime:
     case Form::kTicks: {
       unsigned long long count = 0;

@@ -77,8 +77,6 @@ bool finish(const ZephalSysTime& loaded, unsigned millis, Instant& out, std::str
   const ZephalCalendarFields& g = out.gmt.m_time;
   if (g.wYear < 1 || g.wYear > 9999) return refuse(why, kOutsideYears);
   out.value.m_time.wMilliseconds = out.gmt.m_time.wMilliseconds = static_cast<uint16_t>(millis);
-  out.seconds = zpcivil::daysFromCivil(g.wYear, g.wMonth, g.wDay) * 86400 + g.wHour * 3600 +
-                g.wMinute * 60 + g.wSecond;
   return true;
 }
 
@@ -215,6 +213,12 @@ bool loadIntervals(bool ticks, unsigned long long count, unsigned long long last
 }
 
 }  // namespace
+
+long long unixSeconds(const Instant& in) {
+  const ZephalCalendarFields& g = in.gmt.m_time;
+  return zpcivil::daysFromCivil(g.wYear, g.wMonth, g.wDay) * 86400 + g.wHour * 3600 +
+         g.wMinute * 60 + g.wSecond;
+}
 
 bool loadText(const char* text, size_t size, bool assumeLocal, StringBuffer& scratch, Instant& out,
               std::string& why) {

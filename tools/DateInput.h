@@ -26,8 +26,10 @@ struct Instant {
   ZephalSysTime value;  // as read: GMT, or local wall-clock time
   ZephalSysTime gmt;    // its GMT reading
   unsigned millis;      // 0 .. 999, kept apart: the module's zone steps drop them
-  long long seconds;    // Unix seconds, rounded down
 };
+
+// Its Unix seconds, rounded down; worked out when a form asks, as most do not.
+long long unixSeconds(const Instant& in);
 
 // Unix seconds of 0001-01-01T00:00:00Z and 9999-12-31T23:59:59Z.
 constexpr long long kFirstSecond = -62135596800;

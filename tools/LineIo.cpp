@@ -99,13 +99,21 @@ bool LineReader::next(const char*& data, size_t& size) {
 
 void FdWriter::write(const char* data, size_t size) {
   if (m_error != 0) return;
+  if (m_pending.empty() && size >= kBlock) {  // large enough already: no copy
+    writeAll(data, size);
+    return;
+  }
   m_pending.append(data, size);
   if (m_pending.size() >= kBlock) flush();
 }
 
 bool FdWriter::flush() {
-  const char* p = m_pending.data();
-  size_t left = m_error == 0 ? m_pending.size() : 0;
+  if (m_error == 0) writeAll(m_pending.data(), m_pending.size());
+  m_pending.clear();
+  return m_error == 0;
+}
+
+void FdWriter::writeAll(const char* p, size_t left) {
   while (left > 0) {
     const ssize_t put = ::write(m_fd, p, left);
     if (put < 0 && errno == EINTR) continue;
@@ -116,8 +124,6 @@ bool FdWriter::flush() {
     p += put;
     left -= static_cast<size_t>(put);
   }
-  m_pending.clear();
-  return m_error == 0;
 }
 
 }  // namespace zpdate

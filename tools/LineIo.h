@@ -53,6 +53,8 @@ class FdWriter {
   int error() const { return m_error; }  // errno of the failed write, 0 if none
 
  private:
+  void writeAll(const char* p, size_t size);  // sets m_error when a write fails
+
   int m_fd;
   std::string m_pending;
   int m_error = 0;

@@ -1,6 +1,7 @@
 #include "tools/Options.h"
 
 #include <getopt.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -35,6 +36,7 @@ const option kOptions[] = {
     {"log", no_argument, nullptr, kLog},
     {"assume-local", no_argument, nullptr, kAssumeLocal},
     {"samples", no_argument, nullptr, kSamples},
+    {"jobs", required_argument, nullptr, 'j'},
     {"unix", required_argument, nullptr, numeric(Numeric::kUnix)},
     {"unix-ms", required_argument, nullptr, numeric(Numeric::kUnixMs)},
     {"filetime", required_argument, nullptr, numeric(Numeric::kFileTime)},
@@ -47,7 +49,7 @@ const option kOptions[] = {
     {nullptr, 0, nullptr, 0},
 };
 // "-" first: operands come back in place (as option 1), so inputs keep their order.
-constexpr char kShortOptions[] = "-d:f:I::RuhV";
+constexpr char kShortOptions[] = "-d:f:I::Rj:uhV";
 
 struct Named {
   const char* name;
@@ -171,7 +173,20 @@ bool addNumeric(Options& o, int c, int argc, char** argv) {
   return true;
 }
 
+// -j's N: a whole number from 1 to 1024; 0 for anything else.
+unsigned jobsOf(const char* arg) {
+  char* end = nullptr;
+  const unsigned long n = std::strtoul(arg, &end, 10);
+  const bool whole = *arg >= '0' && *arg <= '9' && *end == '\0';
+  return whole && n >= 1 && n <= 1024 ? static_cast<unsigned>(n) : 0;
+}
+
 }  // namespace
+
+unsigned onlineProcessors() {
+  const long n = sysconf(_SC_NPROCESSORS_ONLN);
+  return n > 1 ? static_cast<unsigned>(n) : 1;
+}
 
 Parsed parseOptions(int argc, char** argv, Options& o) {
   static const Named kRfcEmail{"rfc-email", Form::kRfc822Local, nullptr};
@@ -183,6 +198,10 @@ Parsed parseOptions(int argc, char** argv, Options& o) {
       case 1: chosen = addOperand(o, optarg); break;
       case 'd': addText(o, optarg); break;
       case 'f': o.file = optarg; break;
+      case 'j':
+        o.jobs = jobsOf(optarg);
+        if (o.jobs == 0) return usage("-j takes a number of threads from 1 to 1024");
+        break;
       case 'u': setenv("TZ", "UTC0", 1); break;  // before the module's first zone lookup
       case 'R': chosen = choose(o, Settings::Shape::kForm, &kRfcEmail); break;
       case 'I':

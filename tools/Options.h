@@ -24,6 +24,7 @@ struct Options {
   Settings settings;
   std::vector<Input> inputs;
   const char* file = nullptr;  // -f
+  unsigned jobs = 0;           // -j; 0: one per online processor
   bool samples = false;
   bool outputChosen = false;  // an output form or --json was named
 };
@@ -33,5 +34,8 @@ enum class Parsed { kRun, kHelp, kVersion, kUsageError };
 // Parses the command line into `o`. After a usage error the message is
 // already written. -u sets TZ=UTC0 here, before any zone lookup.
 Parsed parseOptions(int argc, char** argv, Options& o);
+
+// The processors online, at least 1: the default of -j.
+unsigned onlineProcessors();
 
 }  // namespace zpdate

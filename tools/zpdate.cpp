@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "time/ZephalTimeVersion.h"
+#include "tools/Batch.h"
 #include "tools/Convert.h"
 #include "tools/LineIo.h"
 #include "tools/Options.h"
@@ -52,6 +53,9 @@ constexpr char kHelp[] =
     "      --json              a JSON object per input, one per line\n"
     "      --log               add the module's log record to each block\n"
     "      --samples           convert the built-in samples\n"
+    "  -j, --jobs=N            batch mode: convert on N threads (default: one per\n"
+    "                          online processor; 1 converts on the main thread);\n"
+    "                          output, messages and exit status are the same\n"
     "  -h, --help              show this help and exit\n"
     "  -V, --version           show the version and exit\n"
     "\n"
@@ -127,13 +131,6 @@ std::vector<Input> samples() {
   return out;
 }
 
-// Ends the run on a failed write, after what is waiting for standard error.
-int writeFailed(zpdate::FdWriter& out, zpdate::FdWriter& err) {
-  err.flush();
-  std::fprintf(stderr, "zpdate: write error: %s\n", std::strerror(out.error()));
-  return 1;
-}
-
 int convertInputs(const zpdate::Settings& s, const std::vector<Input>& inputs,
                   zpdate::FdWriter& out, zpdate::FdWriter& err) {
   StringBuffer scratch;
@@ -152,36 +149,8 @@ int convertInputs(const zpdate::Settings& s, const std::vector<Input>& inputs,
   }
   out.write(text);
   err.write(messages);
-  if (!out.flush()) return writeFailed(out, err);
+  if (!out.flush()) return zpdate::writeFailed(out, err);
   err.flush();
-  return status;
-}
-
-// Batch mode: a block of whole lines at a time, each block's output and then
-// its messages written before the next is read.
-int convertStream(const zpdate::Settings& s, int fd, const char* name, zpdate::FdWriter& out,
-                  zpdate::FdWriter& err) {
-  zpdate::LineReader reader(fd);
-  std::string text, messages;
-  unsigned long line = 1;
-  int status = 0;
-  const char* data;
-  size_t size;
-  while (reader.next(data, size)) {
-    text.clear();
-    messages.clear();
-    const zpdate::BlockCount count = zpdate::convertBlock(s, data, size, line, text, messages);
-    if (count.failed > 0) status = 1;
-    line += count.lines;
-    out.write(text);
-    err.write(messages);
-    if (!out.flush()) return writeFailed(out, err);
-    err.flush();
-  }
-  if (reader.error() != 0) {
-    std::fprintf(stderr, "zpdate: %s: %s\n", name, std::strerror(reader.error()));
-    return 1;
-  }
   return status;
 }
 
@@ -194,7 +163,7 @@ int main(int argc, char** argv) {
   zpdate::FdWriter out(STDOUT_FILENO), err(STDERR_FILENO);
   if (parsed != zpdate::Parsed::kRun) {
     out.write(parsed == zpdate::Parsed::kHelp ? kHelp : kVersion);
-    return out.flush() ? 0 : writeFailed(out, err);
+    return out.flush() ? 0 : zpdate::writeFailed(out, err);
   }
   if (o.samples || (o.inputs.empty() && !o.file && isatty(STDIN_FILENO))) {
     return convertInputs(o.settings, samples(), out, err);
@@ -204,13 +173,16 @@ int main(int argc, char** argv) {
   zpdate::Settings batch = o.settings;
   if (!o.outputChosen) batch.shape = zpdate::Settings::Shape::kForm;  // --to iso
   const char* name = o.file ? o.file : "-";
-  if (std::strcmp(name, "-") == 0) return convertStream(batch, STDIN_FILENO, name, out, err);
+  const unsigned jobs = o.jobs != 0 ? o.jobs : zpdate::onlineProcessors();
+  if (std::strcmp(name, "-") == 0) {
+    return zpdate::convertStream(batch, STDIN_FILENO, name, jobs, out, err);
+  }
   const int fd = open(name, O_RDONLY);
   if (fd < 0) {
     std::fprintf(stderr, "zpdate: %s: %s\n", name, std::strerror(errno));
     return 1;
   }
-  const int status = convertStream(batch, fd, name, out, err);
+  const int status = zpdate::convertStream(batch, fd, name, jobs, out, err);
   close(fd);
   return status;
 }

@@ -113,20 +113,42 @@ TEST(Zpdate, Cases) {
 // Lines of 4,090 to 4,096 bytes (the longest allowed), some ending in CRLF:
 // each refill of the reader's buffer falls inside one of them. Lines of
 // 4,097 bytes and of more than the buffer holds are refused, and the lines
-// after them still convert.
-TEST(Zpdate, LongLinesAcrossRefills) {
+// after them still convert. Runs of short lines between them, bad ones and
+// CRLF among them, fill blocks of many lines. On any number of threads the
+// output, the messages with their line numbers and the status are those of
+// one thread.
+TEST(Zpdate, LongLinesAcrossRefillsOnAnyNumberOfThreads) {
   const std::string date = "Thu, 07 Mar 2024 09:05:03 GMT (";
-  std::string input, expected;
+  const char* const shortLines[][2] = {{"1700000000\r\n", "20231114T221320Z\n"},
+                                       {"nope\n", "\n"},
+                                       {"/Date(1700000000000+0100)/\r\n", "20231114T211320Z\n"},
+                                       {"2024-03-07T09:05:03Z\n", "20240307T090503Z\n"}};
+  std::string input, expected, messages;
+  unsigned long line = 0;
   for (int i = 0; i < 120; ++i) {
     const bool tooLong = i == 60 || i == 90;
     const size_t size = i == 60 ? 4097 : i == 90 ? 100000 : 4090 + i % 7;
     input += date + std::string(size - date.size() - 1, 'x') + ")" + (i % 3 ? "\n" : "\r\n");
     expected += tooLong ? "\n" : "20240307T090503Z\n";
+    if (tooLong) {
+      messages += "zpdate: line " + std::to_string(line + 1) + ": line too long (over 4096 bytes)\n";
+    }
+    ++line;
+    for (int j = 0; i % 10 == 0 && j < 2000; ++j, ++line) {
+      input += shortLines[j % 4][0];
+      expected += shortLines[j % 4][1];
+      if (j % 4 == 1) messages += "zpdate: line " + std::to_string(line + 1) + ": 'nope': not a date\n";
+    }
   }
-  const Outcome r = zpdate({"-f", "-"}, input, false);
-  EXPECT_EQ(r.status, 1);
-  EXPECT_EQ(r.out, expected);
-  EXPECT_EQ(r.err,
-            "zpdate: line 61: line too long (over 4096 bytes)\n"
-            "zpdate: line 91: line too long (over 4096 bytes)\n");
+  std::ofstream(::testing::TempDir() + "zpdate.threads.in", std::ios::binary) << input;
+  for (const char* jobs : {"-j1", "-j2", "-j3", "--jobs=8"}) {
+    const Outcome r = zpdate({jobs, "-f", ::testing::TempDir() + "zpdate.threads.in"}, "", false);
+    EXPECT_EQ(r.status, 1) << jobs;
+    EXPECT_EQ(r.out, expected) << jobs;
+    EXPECT_EQ(r.err, messages) << jobs;
+  }
+  const Outcome piped = zpdate({"-j2"}, input, false);  // a stream, read as it comes
+  EXPECT_EQ(piped.out, expected);
+  EXPECT_EQ(piped.err, messages);
+  EXPECT_EQ(zpdate({"-j0", "-f", "-"}, "", false).status, 2);
 }

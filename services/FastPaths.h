@@ -1,0 +1,34 @@
+// The fast paths of the module, each of which gives what the general path
+// beside it gives, only sooner. Internal to the module.
+//
+// Each path keeps its figure honest through a benchmark row that times it
+// switched off (bench/PathBench.cpp). Only the benchmark's own build of the
+// library defines ZEPHAL_FAST_PATH_SWITCHES; in every other build on() is a
+// constant true, and the test and the general path after it compile away.
+#pragma once
+
+namespace zp_fast {
+
+enum Path : unsigned {
+  kFixedRfc1123,    // readFixedRfc1123: "Thu, 07 Mar 2024 09:05:03 " by position
+  kFixedIso,        // readFixedIsoDateTime: "2024-03-07T09:05:03" by position
+  kEightDigits,     // zp_asn::allDigits: eight digits checked in one word
+  kPutDigits,       // zpPutDigits: two and four digits from the pair table
+  kPaddedPrint,     // _zpSprintf6: "%02w", "%04w", "%02d" without the format reader
+  kMemchrSearch,    // StringBuffer: memchr to the first candidate, and between them
+  kSmallCopy,       // StringBuffer::appendN: 8 to 32 bytes without a call
+  kJsonShape,       // loadAnyFormat: /Date(ms[+-hhmm])/ read in place
+  kDecimalShape,    // loadAnyFormat: up to ten digits read in one pass
+  kCivilBreakdown,  // zp_gmtime: calendar arithmetic instead of gmtime_r
+  kWeekdayRule,     // DayOfWeek: Sakamoto's rule for the usual fields
+  kPathCount
+};
+
+#if ZEPHAL_FAST_PATH_SWITCHES
+inline unsigned g_off = 0;  // one bit per Path; set only by the benchmark
+inline bool on(Path p) { return (g_off >> p & 1u) == 0; }
+#else
+constexpr bool on(Path) { return true; }
+#endif
+
+}  // namespace zp_fast
