@@ -4,7 +4,7 @@
 #include "services/DateZoneNames.h"
 #include "services/LogBase.h"
 
-namespace zpdate {
+namespace zpread {
 
 // Comments nest and a backslash quotes the next byte (RFC 5322 3.2.2); any
 // other byte, 128-255 included, is content.
@@ -141,4 +141,4 @@ __attribute__((cold, noinline)) bool refuse(LogBase& log, const char* reader, co
   return false;
 }
 
-}  // namespace zpdate
+}  // namespace zpread

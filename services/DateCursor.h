@@ -16,7 +16,7 @@
 
 class LogBase;
 
-namespace zpdate {
+namespace zpread {
 
 // Everything read so far. A step that fails returns null and sets `why` and
 // `at`; the last failure is the one reported.
@@ -351,4 +351,4 @@ const char* readRfc3339(const char* p, Reading& r);
 // and "text". Returns false, for the readers to return.
 bool refuse(LogBase& log, const char* reader, const char* why, size_t byte, const char* text);
 
-}  // namespace zpdate
+}  // namespace zpread

@@ -33,12 +33,12 @@ bool _zpDateParser::AtomDateToSysTime(const StringBuffer& text, ZephalSysTime& v
   static const char kReader[] = "AtomDateToSysTime";
   const char* const start = text.getString();
   const char* const end = start + text.getSize();
-  zpdate::Reading r;
-  const char* p = zpdate::readRfc3339(start, r);
+  zpread::Reading r;
+  const char* p = zpread::readRfc3339(start, r);
   // A zero byte stops every step, so one inside the buffer ends the reading early.
-  if (p && p != end) p = zpdate::failAt(r, p, "text after the zone");
-  if (!p || !zpdate::settle(r, value)) {
-    return zpdate::refuse(log, kReader, r.why, static_cast<size_t>(r.at - start), start);
+  if (p && p != end) p = zpread::failAt(r, p, "text after the zone");
+  if (!p || !zpread::settle(r, value)) {
+    return zpread::refuse(log, kReader, r.why, static_cast<size_t>(r.at - start), start);
   }
   if (extra) *extra = r.offset;
   return true;

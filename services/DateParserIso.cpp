@@ -36,7 +36,7 @@
 #include "services/DateCursor.h"
 #include "services/FastPaths.h"
 
-namespace zpdate {
+namespace zpread {
 namespace {
 
 constexpr int64_t kSecondsPerDay = 86400;
@@ -186,4 +186,4 @@ const char* readRfc3339(const char* p, Reading& r) {
   return failAt(r, p, "expected Z or an offset after the time");
 }
 
-}  // namespace zpdate
+}  // namespace zpread

@@ -76,7 +76,7 @@
 
 namespace {
 
-using namespace zpdate;
+using namespace zpread;
 
 // Two, three or four digits, read as RFC 5322's obsolete syntax says; two
 // or four when `dashed` (RFC 850 and cookies know no three-digit year).

@@ -5,7 +5,7 @@
 #include <cstring>
 #include <iterator>
 
-namespace zpdate {
+namespace zpread {
 namespace {
 
 struct ZoneName {
@@ -52,4 +52,4 @@ int zoneNameOffset(const char* name, size_t len) {
   return it->minutesEast;
 }
 
-}  // namespace zpdate
+}  // namespace zpread

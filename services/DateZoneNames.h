@@ -7,7 +7,7 @@
 #include <climits>
 #include <cstddef>
 
-namespace zpdate {
+namespace zpread {
 
 // A name tzdata gives more than one offset (IST: India, Ireland, Israel).
 constexpr int kAmbiguousZone = INT_MIN;
@@ -18,4 +18,4 @@ constexpr int kUnknownZone = INT_MIN + 1;
 // letter case; kAmbiguousZone or kUnknownZone otherwise.
 int zoneNameOffset(const char* name, size_t len);
 
-}  // namespace zpdate
+}  // namespace zpread

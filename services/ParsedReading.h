@@ -24,7 +24,7 @@ inline void narrowInto(ZephalCalendarFields& t, int64_t year, int64_t month, int
 
 }  // namespace zpcivil
 
-namespace zpdate {
+namespace zpread {
 
 // Checks the day against its month, moves the reading to GMT and stores it:
 // m_bLocal false, m_isDst -1, the weekday computed, the unknown-zone flag
@@ -52,4 +52,4 @@ inline bool settle(Reading& r, ZephalSysTime& value) {
   return true;
 }
 
-}  // namespace zpdate
+}  // namespace zpread
