@@ -19,13 +19,13 @@ void appendNanoseconds(unsigned millis, unsigned width, std::string& out) {
 }
 
 // One conversion, as written, through strftime.
-void appendConversion(const char* spec, size_t size, const tm& fields, std::string& out) {
+void appendConversion(const char* conv, size_t size, const tm& fields, std::string& out) {
   char format[32];
   if (size >= sizeof format) {  // flags and width longer than any that means something
-    out.append(spec, size);
+    out.append(conv, size);
     return;
   }
-  std::memcpy(format, spec, size);
+  std::memcpy(format, conv, size);
   format[size] = '\0';
   char text[kMaxWidth + 64];
   out.append(text, strftime(text, sizeof text, format, &fields));
@@ -60,7 +60,7 @@ void appendPattern(const char* pattern, const Clock& clock, std::string& out) {
       p += size;
       continue;
     }
-    const char* spec = p++;
+    const char* conv = p++;
     while (*p != '\0' && std::strchr("-_0^#", *p) != nullptr) ++p;
     unsigned width = 0;
     bool hasWidth = false;
@@ -72,12 +72,12 @@ void appendPattern(const char* pattern, const Clock& clock, std::string& out) {
     while (*p == ':') ++colons, ++p;
     if (*p == 'E' || *p == 'O') ++p;
     if (*p == '\0') {  // a '%' that ends the pattern stands for itself, as in GNU date
-      out.append(spec, static_cast<size_t>(p - spec));
+      out.append(conv, static_cast<size_t>(p - conv));
       break;
     }
     const char conversion = *p++;
-    const size_t specSize = static_cast<size_t>(p - spec);
-    if (specSize == 2 && (conversion == 'Y' || conversion == 'F')) {
+    const size_t convSize = static_cast<size_t>(p - conv);
+    if (convSize == 2 && (conversion == 'Y' || conversion == 'F')) {
       // Four digits for any year, as GNU date writes it (strftime writes "1").
       char year[4];
       out.append(
@@ -90,9 +90,9 @@ void appendPattern(const char* pattern, const Clock& clock, std::string& out) {
     } else if (conversion == 'z' && colons >= 1 && colons <= 3) {
       appendOffset(clock.fields.tm_gmtoff, colons, out);
     } else if (colons > 0) {
-      out.append(spec, specSize);
+      out.append(conv, convSize);
     } else {
-      appendConversion(spec, specSize, clock.fields, out);
+      appendConversion(conv, convSize, clock.fields, out);
     }
   }
 }
