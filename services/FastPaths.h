@@ -11,6 +11,7 @@ namespace zp_fast {
 
 enum Path : unsigned {
   kFixedRfc1123,    // readFixedRfc1123: "Thu, 07 Mar 2024 09:05:03 " by position
+  kHttpDate,        // readHttpDate: "Thu, 07 Mar 2024 09:05:03 GMT" whole, by words
   kFixedIso,        // readFixedIsoDateTime: "2024-03-07T09:05:03" by position
   kEightDigits,     // zp_asn::allDigits: eight digits checked in one word
   kPutDigits,       // zpPutDigits: two and four digits from the pair table

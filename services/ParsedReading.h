@@ -2,6 +2,7 @@
 // value. Internal to the module and its date parser.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 #include "services/CivilDays.h"
@@ -51,5 +52,9 @@ inline bool settle(Reading& r, ZephalSysTime& value) {
   value.m_isDst = -1;
   return true;
 }
+
+// parseRFC822Date for a text whose length the caller knows, as the loader
+// does; text[size] is its terminating zero (DateParserRfc822.cpp).
+bool parseRfc822Sized(const char* text, size_t size, ZephalSysTime& value, LogBase& log);
 
 }  // namespace zpread
