@@ -94,6 +94,7 @@ const bool kRegistered = [] {
       {"EightDigitsFraction", zp_fast::kEightDigits, &kLoadGeneralizedFractionTexts, false, true},
       {"MemchrSearch", zp_fast::kMemchrSearch, &kSlashedTexts, false, true},
       {"JsonShape", zp_fast::kJsonShape, &kLoadJsonTexts, false, true},
+      {"Rfc3339Shape", zp_fast::kRfc3339Shape, &kLoadAtomTexts, false, true},
       {"DecimalShape", zp_fast::kDecimalShape, &kLoadUnixTexts, false, true},
       {"CivilBreakdown", zp_fast::kCivilBreakdown, &kLoadUnixTexts, false, true},
       {"WeekdayRule", zp_fast::kWeekdayRule, &kLoadGeneralizedTexts, false, true},

@@ -103,6 +103,32 @@ struct DateTimeFields {
   int millis;
 };
 
+// The day after and the day before f's date, f's day valid for its month.
+// Only the year 0 and 9999 edges can leave [0, 9999]; callers check.
+inline void stepDayOn(DateTimeFields& f) {
+  if (f.day < daysInMonth(f.year, f.month)) {
+    ++f.day;
+    return;
+  }
+  f.day = 1;
+  if (++f.month > 12) {
+    f.month = 1;
+    ++f.year;
+  }
+}
+
+inline void stepDayBack(DateTimeFields& f) {
+  if (f.day > 1) {
+    --f.day;
+    return;
+  }
+  if (--f.month < 1) {
+    f.month = 12;
+    --f.year;
+  }
+  f.day = daysInMonth(f.year, f.month);
+}
+
 // Moves f from a reading at `offsetMinutes` east of GMT to the GMT reading of
 // the same instant and returns the GMT date's day count. The offset is whole
 // minutes, so seconds (a leap second included) and milliseconds stay as read.
@@ -112,15 +138,14 @@ inline int64_t shiftToGmt(DateTimeFields& f, int offsetMinutes) {
   int64_t days = daysFromReadDate(f.year, f.month, f.day);
   if (offsetMinutes == 0) return days;
   int mins = f.hour * 60 + f.minute - offsetMinutes;  // [-1439, 2878]
-  if (mins < 0 || mins >= 1440) {
-    const int carry = mins < 0 ? -1 : 1;
-    days += carry;
-    mins -= carry * 1440;  // [0, 1439]
-    const CivilDate c = civilFromDays(days);
-    // Only the year 0 and 9999 edges can leave [0, 9999]; callers check.
-    f.year = static_cast<int>(c.year);
-    f.month = c.month;
-    f.day = c.day;
+  if (mins < 0) {
+    --days;
+    mins += 1440;
+    stepDayBack(f);
+  } else if (mins >= 1440) {
+    ++days;
+    mins -= 1440;
+    stepDayOn(f);
   }
   f.hour = mins / 60;
   f.minute = mins % 60;

@@ -19,6 +19,7 @@ enum Path : unsigned {
   kMemchrSearch,    // StringBuffer: memchr to the first candidate, and between them
   kSmallCopy,       // StringBuffer::appendN: 8 to 32 bytes without a call
   kJsonShape,       // loadAnyFormat: /Date(ms[+-hhmm])/ read in place
+  kRfc3339Shape,    // loadAnyFormat: RFC 3339 read whole by position, before the counts
   kDecimalShape,    // loadAnyFormat: up to ten digits read in one pass
   kCivilBreakdown,  // zp_gmtime: calendar arithmetic instead of gmtime_r
   kWeekdayRule,     // DayOfWeek: Sakamoto's rule for the usual fields

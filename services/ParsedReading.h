@@ -7,6 +7,7 @@
 
 #include "services/CivilDays.h"
 #include "services/DateCursor.h"
+#include "services/StringBuffer.h"
 #include "time/ZephalSysTime.h"
 
 namespace zpcivil {
@@ -56,5 +57,10 @@ inline bool settle(Reading& r, ZephalSysTime& value) {
 // parseRFC822Date for a text whose length the caller knows, as the loader
 // does; text[size] is its terminating zero (DateParserRfc822.cpp).
 bool parseRfc822Sized(const char* text, size_t size, ZephalSysTime& value, LogBase& log);
+
+// An RFC 3339 text read whole by position, as AtomDateToSysTime would read
+// it; false, with nothing reported and the value untouched, for any other
+// (DateParserAtom.cpp).
+bool loadRfc3339ByPosition(const StringBuffer& text, ZephalSysTime& value);
 
 }  // namespace zpread
