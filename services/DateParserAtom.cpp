@@ -48,6 +48,9 @@ bool _zpDateParser::AtomDateToSysTime(const StringBuffer& text, ZephalSysTime& v
 // with nothing reported, for any text it cannot read whole that way.
 bool zpread::loadRfc3339ByPosition(const StringBuffer& text, ZephalSysTime& value) {
   const char* const start = text.getString();
+  // The date, the time and at least a Z: most other texts fail here, before
+  // the reading is set up.
+  if (text.getSize() < 20 || start[4] != '-') return false;
   Reading r;
   const char* p = readFixedIsoDateTime(start, r);
   if (p) p = readRfc3339Zone(readFraction(p, r, false), r);
