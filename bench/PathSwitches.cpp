@@ -29,6 +29,14 @@ const TextSet kSlashedTexts = {
     {"Thu, 07 Mar 2024 09:05:03 GMT (Date in Mar/Apr)", 1709802303},
 };
 
+// HTTP's dates, whole texts in GMT, through the loader as a batch reads them.
+const TextSet kHttpTexts = {
+    {"Thu, 07 Mar 2024 09:05:03 GMT", 1709802303},
+    {"Tue, 15 Nov 1994 08:12:31 GMT", 784887151},
+    {"Sun, 06 Nov 1994 08:49:37 GMT", 784111777},
+    {"Mon, 01 Jan 2024 00:00:00 GMT", 1704067200},
+};
+
 // Writers of the instants: the ISO 8601 timestamp and the log record.
 void writeIso(benchmark::State& state) {
   std::vector<ZephalSysTime> values(kWriteInstants.size());
@@ -80,11 +88,13 @@ struct ReadPath {
 const bool kRegistered = [] {
   const ReadPath reads[] = {
       {"FixedRfc1123", zp_fast::kFixedRfc1123, &kRfc1123Texts, false, false},
+      {"HttpDate", zp_fast::kHttpDate, &kHttpTexts, false, true},
       {"FixedIso", zp_fast::kFixedIso, &kAtomTexts, true, false},
       {"EightDigits", zp_fast::kEightDigits, &kLoadGeneralizedTexts, false, true},
       {"EightDigitsFraction", zp_fast::kEightDigits, &kLoadGeneralizedFractionTexts, false, true},
       {"MemchrSearch", zp_fast::kMemchrSearch, &kSlashedTexts, false, true},
       {"JsonShape", zp_fast::kJsonShape, &kLoadJsonTexts, false, true},
+      {"Rfc3339Shape", zp_fast::kRfc3339Shape, &kLoadAtomTexts, false, true},
       {"DecimalShape", zp_fast::kDecimalShape, &kLoadUnixTexts, false, true},
       {"CivilBreakdown", zp_fast::kCivilBreakdown, &kLoadUnixTexts, false, true},
       {"WeekdayRule", zp_fast::kWeekdayRule, &kLoadGeneralizedTexts, false, true},

@@ -42,6 +42,24 @@ constexpr int64_t daysFromCivil(int64_t y, int m, int d) {
   return era * 146097 + doe - 719468;  // 719468: days from 0000-03-01 to 1970-01-01
 }
 
+// daysFromCivil for the years 0 to 9999 that readers read, in 32-bit
+// unsigned arithmetic: moved on by 400 years (146097 days), no year before
+// it is negative, so no era needs splitting off and no division needs a
+// sign. A quarter of the instructions a date-time text costs to settle.
+constexpr int32_t daysFromReadDate(int y, int m, int d) {
+  const uint32_t years = static_cast<uint32_t>(y) + 400 - (m <= 2);  // [399, 10399]
+  const uint32_t mp = static_cast<uint32_t>(m > 2 ? m - 3 : m + 9);  // [0, 11], March = 0
+  const uint32_t days = years * 365 + years / 4 - years / 100 + years / 400 + (153 * mp + 2) / 5 +
+                        static_cast<uint32_t>(d) - 1;
+  return static_cast<int32_t>(days) - (719468 + 146097);
+}
+
+static_assert(daysFromReadDate(0, 1, 1) == daysFromCivil(0, 1, 1) &&
+                  daysFromReadDate(0, 3, 1) == daysFromCivil(0, 3, 1) &&
+                  daysFromReadDate(2024, 3, 7) == 19789 &&
+                  daysFromReadDate(9999, 12, 31) == daysFromCivil(9999, 12, 31),
+              "the same days as daysFromCivil over the years read");
+
 struct CivilDate {
   int64_t year;
   int month;  // [1, 12]
@@ -85,23 +103,49 @@ struct DateTimeFields {
   int millis;
 };
 
+// The day after and the day before f's date, f's day valid for its month.
+// Only the year 0 and 9999 edges can leave [0, 9999]; callers check.
+inline void stepDayOn(DateTimeFields& f) {
+  if (f.day < daysInMonth(f.year, f.month)) {
+    ++f.day;
+    return;
+  }
+  f.day = 1;
+  if (++f.month > 12) {
+    f.month = 1;
+    ++f.year;
+  }
+}
+
+inline void stepDayBack(DateTimeFields& f) {
+  if (f.day > 1) {
+    --f.day;
+    return;
+  }
+  if (--f.month < 1) {
+    f.month = 12;
+    --f.year;
+  }
+  f.day = daysInMonth(f.year, f.month);
+}
+
 // Moves f from a reading at `offsetMinutes` east of GMT to the GMT reading of
 // the same instant and returns the GMT date's day count. The offset is whole
 // minutes, so seconds (a leap second included) and milliseconds stay as read.
-// Expects valid fields and |offsetMinutes| < 1440, so at most one day carries.
+// Expects valid fields, years 0 to 9999 as read, and |offsetMinutes| < 1440,
+// so at most one day carries.
 inline int64_t shiftToGmt(DateTimeFields& f, int offsetMinutes) {
-  int64_t days = daysFromCivil(f.year, f.month, f.day);
+  int64_t days = daysFromReadDate(f.year, f.month, f.day);
   if (offsetMinutes == 0) return days;
   int mins = f.hour * 60 + f.minute - offsetMinutes;  // [-1439, 2878]
-  if (mins < 0 || mins >= 1440) {
-    const int carry = mins < 0 ? -1 : 1;
-    days += carry;
-    mins -= carry * 1440;  // [0, 1439]
-    const CivilDate c = civilFromDays(days);
-    // Only the year 0 and 9999 edges can leave [0, 9999]; callers check.
-    f.year = static_cast<int>(c.year);
-    f.month = c.month;
-    f.day = c.day;
+  if (mins < 0) {
+    --days;
+    mins += 1440;
+    stepDayBack(f);
+  } else if (mins >= 1440) {
+    ++days;
+    mins -= 1440;
+    stepDayOn(f);
   }
   f.hour = mins / 60;
   f.minute = mins % 60;

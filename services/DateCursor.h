@@ -344,6 +344,10 @@ const char* readYearFirst(const char* p, Reading& r);
 // (DateParserIso.cpp).
 const char* readRfc3339(const char* p, Reading& r);
 
+// RFC 3339's zone, p just after the time: Z, z, +hh:mm, +hhmm or +hh
+// (DateParserIso.cpp).
+const char* readRfc3339Zone(const char* p, Reading& r);
+
 // ---- Results ----------------------------------------------------------------------
 
 // Writes the one log record of a refusal: a context named `reader` holding

@@ -177,6 +177,10 @@ const char* readRfc3339(const char* p, Reading& r) {
     p = readRfc3339Fields(p, r);
     if (!p) return nullptr;
   }
+  return readRfc3339Zone(p, r);
+}
+
+const char* readRfc3339Zone(const char* p, Reading& r) {
   if (*p == 'Z' || *p == 'z') {
     r.zoneKnown = true;
     r.offset = 0;

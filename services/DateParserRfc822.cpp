@@ -67,6 +67,7 @@
 //     so is syslog's yearless "Mar  7 09:05:03";
 //   - numeric offsets go up to 23:59; the GMT reading must fall in years 0-9999.
 #include <cstdint>
+#include <cstring>
 
 #include "services/DateCursor.h"
 #include "services/FastPaths.h"
@@ -170,31 +171,37 @@ inline const char* readMonthFirst(const char* p, Reading& r) {
   return p ? readMailZone(p, r) : nullptr;
 }
 
-// The month and day names of the fixed layout by a perfect hash of their
-// three-letter keys: a table load and a compare instead of the switch, whose
-// branches a random month or day mispredicts.
-constexpr unsigned monthSlot(uint64_t key) { return static_cast<unsigned>(key * 41 >> 4) & 15; }
-constexpr unsigned daySlot(uint64_t key) { return static_cast<unsigned>(key * 15 >> 12) & 7; }
+// The month and day names of the fixed layouts, each with the byte after it
+// ("mar ", "thu,") as one 32-bit word, letters folded to lower case, found
+// by a perfect hash: a table load and a compare instead of the switch, whose
+// branches a random month or day mispredicts. Folding with 0x20 turns only
+// letters into 'a'..'z', so a word that matches holds letters.
+constexpr uint32_t nameWord(const char* p) {
+  const auto byte = [](char c) { return static_cast<uint32_t>(static_cast<unsigned char>(c)); };
+  return (byte(p[0]) | byte(p[1]) << 8 | byte(p[2]) << 16 | byte(p[3]) << 24) | 0x202020u;
+}
+constexpr unsigned monthSlot(uint32_t word) { return static_cast<uint32_t>(word * 26596u) >> 28; }
+constexpr unsigned daySlot(uint32_t word) { return static_cast<uint32_t>(word * 2466u) >> 29; }
 
 struct NameSlots {
-  uint16_t key[16];
+  uint32_t word[16];
   uint8_t value[16];  // the month 1..12, or 1 for a day name; 0 in a free slot
 };
 
 constexpr NameSlots makeSlots(const char* const* names, int count, bool months) {
   NameSlots t{};
   for (int i = 0; i < count; ++i) {
-    const uint64_t key = nameKey(names[i]);
-    const unsigned slot = months ? monthSlot(key) : daySlot(key);
-    t.key[slot] = static_cast<uint16_t>(key);
+    const uint32_t word = nameWord(names[i]);
+    const unsigned slot = months ? monthSlot(word) : daySlot(word);
+    t.word[slot] = word;
     t.value[slot] = static_cast<uint8_t>(months ? i + 1 : 1);
   }
   return t;
 }
 
-constexpr const char* kMonthNames[] = {"jan", "feb", "mar", "apr", "may", "jun",
-                                       "jul", "aug", "sep", "oct", "nov", "dec"};
-constexpr const char* kDayNames[] = {"sun", "mon", "tue", "wed", "thu", "fri", "sat"};
+constexpr const char* kMonthNames[] = {"jan ", "feb ", "mar ", "apr ", "may ", "jun ",
+                                       "jul ", "aug ", "sep ", "oct ", "nov ", "dec "};
+constexpr const char* kDayNames[] = {"sun,", "mon,", "tue,", "wed,", "thu,", "fri,", "sat,"};
 constexpr NameSlots kMonthSlots = makeSlots(kMonthNames, 12, true);
 constexpr NameSlots kDaySlots = makeSlots(kDayNames, 7, false);
 
@@ -206,14 +213,35 @@ constexpr int filledSlots(const NameSlots& t) {
 static_assert(filledSlots(kMonthSlots) == 12 && filledSlots(kDaySlots) == 7,
               "every three-letter name has a slot of its own");
 
-// 1..12 for a three-letter month key, else 0; a day key: 1, else 0.
-inline int fixedMonth(uint64_t key) {
-  const unsigned slot = monthSlot(key);
-  return kMonthSlots.key[slot] == key ? kMonthSlots.value[slot] : 0;
+// 1..12 for "mar " at p, any letter case, else 0; a day name and ',': 1, else 0.
+inline int fixedMonth(const char* p) {
+  const uint32_t word = nameWord(p);
+  const unsigned slot = monthSlot(word);
+  return kMonthSlots.word[slot] == word ? kMonthSlots.value[slot] : 0;
 }
-inline bool fixedDayName(uint64_t key) {
-  const unsigned slot = daySlot(key);
-  return kDaySlots.key[slot] == key && kDaySlots.value[slot] != 0;
+inline bool fixedDayName(const char* p) {
+  const uint32_t word = nameWord(p);
+  const unsigned slot = daySlot(word);
+  return kDaySlots.word[slot] == word && kDaySlots.value[slot] != 0;
+}
+
+// The fields of "Thu, 07 Mar 2024 09:05:03 " at p, its bytes of the right
+// kinds already: false for a name or field out of range.
+inline bool readFixedFields(const char* p, Reading& r) {
+  const auto two = [](const char* q) { return (q[0] - '0') * 10 + (q[1] - '0'); };
+  const int month = fixedMonth(p + 8);
+  const int hour = two(p + 17), minute = two(p + 20), second = two(p + 23);
+  if (!fixedDayName(p) || month == 0 || hour > 23 || minute > 59 || second > 60) return false;
+  r.f.day = two(p + 5);
+  r.f.month = month;
+  r.f.year = two(p + 12) * 100 + two(p + 14);
+  r.f.hour = hour;
+  r.f.minute = minute;
+  r.f.second = second;
+  r.f.millis = 0;
+  r.dayAt = p + 5;
+  r.yearAt = p + 12;
+  return true;
 }
 
 // "Thu, 07 Mar 2024 09:05:03 " by position: most mail and all HTTP dates.
@@ -232,24 +260,72 @@ inline const char* readFixedRfc1123(const char* p, Reading& r) {
         p[25] == ' ')) {
     return nullptr;
   }
-  const auto key3 = [](const char* q) {
-    return static_cast<uint64_t>(letterIndex(q[0]) + 1) << 10 |
-           static_cast<uint64_t>(letterIndex(q[1]) + 1) << 5 | (letterIndex(q[2]) + 1);
-  };
-  const auto two = [](const char* q) { return (q[0] - '0') * 10 + (q[1] - '0'); };
-  const int month = fixedMonth(key3(p + 8));
-  const int hour = two(p + 17), minute = two(p + 20), second = two(p + 23);
-  if (!fixedDayName(key3(p)) || month == 0 || hour > 23 || minute > 59 || second > 60) return nullptr;
-  r.f.day = two(p + 5);
-  r.f.month = month;
-  r.f.year = two(p + 12) * 100 + two(p + 14);
-  r.f.hour = hour;
-  r.f.minute = minute;
-  r.f.second = second;
-  r.f.millis = 0;
-  r.dayAt = p + 5;
-  r.yearAt = p + 12;
-  return p + 25;
+  return readFixedFields(p, r) ? p + 25 : nullptr;
+}
+
+// ---- HTTP's date, whole -----------------------------------------------------------
+
+// Eight bytes of a layout, loaded as one little-endian word: which bytes
+// must be given ones, and which digits ('9' in the layout; 'a' is a letter,
+// left to the names' words).
+struct WordLayout {
+  uint64_t literalMask, literal, digitMask;
+};
+
+constexpr WordLayout wordLayout(const char* layout) {
+  WordLayout w{0, 0, 0};
+  for (int i = 0; i < 8; ++i) {
+    const uint64_t byte = uint64_t{0xFF} << (8 * i);
+    if (layout[i] == '9') {
+      w.digitMask |= byte;
+    } else if (layout[i] != 'a') {
+      w.literalMask |= byte;
+      w.literal |= static_cast<uint64_t>(static_cast<unsigned char>(layout[i])) << (8 * i);
+    }
+  }
+  return w;
+}
+
+constexpr char kHttpLayout[] = "aaa, 99 aaa 9999 99:99:99 GMT";
+constexpr size_t kHttpSize = sizeof kHttpLayout - 1;
+constexpr size_t kHttpWordAt[4] = {0, 8, 16, kHttpSize - 8};  // the last two overlap
+constexpr WordLayout kHttpWords[4] = {wordLayout(kHttpLayout + kHttpWordAt[0]),
+                                      wordLayout(kHttpLayout + kHttpWordAt[1]),
+                                      wordLayout(kHttpLayout + kHttpWordAt[2]),
+                                      wordLayout(kHttpLayout + kHttpWordAt[3])};
+
+inline uint64_t littleWord(const char* p) {
+  uint64_t w;
+  std::memcpy(&w, p, sizeof w);
+#if __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__
+  w = __builtin_bswap64(w);
+#endif
+  return w;
+}
+
+// Zero when the word has the layout's given bytes and digits where it has
+// them. A digit is 0x30..0x39: its high half 3, and still 3 once 6 is added
+// to it, which carries out of no byte whose high half is 3.
+inline uint64_t layoutMismatch(uint64_t w, const WordLayout& l) {
+  constexpr uint64_t kHigh = 0xF0F0F0F0F0F0F0F0u, kThree = 0x3030303030303030u,
+                     kSix = 0x0606060606060606u;
+  const uint64_t high = l.digitMask & kHigh, three = l.digitMask & kThree;
+  return ((w & l.literalMask) ^ l.literal) | ((w & high) ^ three) |
+         (((w + (l.digitMask & kSix)) & high) ^ three);
+}
+
+// "Thu, 07 Mar 2024 09:05:03 GMT", the whole text, as HTTP writes every date:
+// four word loads test all 29 bytes at once, where readFixedRfc1123 tests
+// them one by one, as it must when it knows no length (BM_PathHttpDate:
+// 21 ns instead of 30 ns a text). False, with nothing reported, for
+// anything else.
+inline bool readHttpDate(const char* p, Reading& r) {
+  uint64_t mismatch = 0;
+  for (int i = 0; i < 4; ++i) mismatch |= layoutMismatch(littleWord(p + kHttpWordAt[i]), kHttpWords[i]);
+  if (mismatch != 0 || !readFixedFields(p, r)) return false;
+  r.zoneKnown = true;
+  r.offset = 0;
+  return true;
 }
 
 inline bool isDayNameTail(char c) { return c == ',' || c == '.' || c == ';'; }
@@ -312,6 +388,15 @@ inline const char* readDate(const char* p, Reading& r) {
 }
 
 }  // namespace
+
+bool zpread::parseRfc822Sized(const char* text, size_t size, ZephalSysTime& value, LogBase& log) {
+  Reading r;
+  if (size == kHttpSize && zp_fast::on(zp_fast::kHttpDate) && readHttpDate(text, r) &&
+      settle(r, value)) {
+    return true;
+  }
+  return _zpDateParser::parseRFC822Date(text, value, log);
+}
 
 bool _zpDateParser::parseRFC822Date(const char* text, ZephalSysTime& value, LogBase& log) {
   static const char kReader[] = "parseRFC822Date";

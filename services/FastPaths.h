@@ -11,6 +11,7 @@ namespace zp_fast {
 
 enum Path : unsigned {
   kFixedRfc1123,    // readFixedRfc1123: "Thu, 07 Mar 2024 09:05:03 " by position
+  kHttpDate,        // readHttpDate: "Thu, 07 Mar 2024 09:05:03 GMT" whole, by words
   kFixedIso,        // readFixedIsoDateTime: "2024-03-07T09:05:03" by position
   kEightDigits,     // zp_asn::allDigits: eight digits checked in one word
   kPutDigits,       // zpPutDigits: two and four digits from the pair table
@@ -18,6 +19,7 @@ enum Path : unsigned {
   kMemchrSearch,    // StringBuffer: memchr to the first candidate, and between them
   kSmallCopy,       // StringBuffer::appendN: 8 to 32 bytes without a call
   kJsonShape,       // loadAnyFormat: /Date(ms[+-hhmm])/ read in place
+  kRfc3339Shape,    // loadAnyFormat: RFC 3339 read whole by position, before the counts
   kDecimalShape,    // loadAnyFormat: up to ten digits read in one pass
   kCivilBreakdown,  // zp_gmtime: calendar arithmetic instead of gmtime_r
   kWeekdayRule,     // DayOfWeek: Sakamoto's rule for the usual fields

@@ -2,10 +2,12 @@
 // value. Internal to the module and its date parser.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 #include "services/CivilDays.h"
 #include "services/DateCursor.h"
+#include "services/StringBuffer.h"
 #include "time/ZephalSysTime.h"
 
 namespace zpcivil {
@@ -51,5 +53,14 @@ inline bool settle(Reading& r, ZephalSysTime& value) {
   value.m_isDst = -1;
   return true;
 }
+
+// parseRFC822Date for a text whose length the caller knows, as the loader
+// does; text[size] is its terminating zero (DateParserRfc822.cpp).
+bool parseRfc822Sized(const char* text, size_t size, ZephalSysTime& value, LogBase& log);
+
+// An RFC 3339 text read whole by position, as AtomDateToSysTime would read
+// it; false, with nothing reported and the value untouched, for any other
+// (DateParserAtom.cpp).
+bool loadRfc3339ByPosition(const StringBuffer& text, ZephalSysTime& value);
 
 }  // namespace zpread

@@ -56,31 +56,6 @@ const char* findBytes(const char* begin, const char* end, const char* pattern, s
   return nullptr;
 }
 
-// memmove(to, from, n), with the 8 to 32 bytes of a date text as two
-// overlapping loads and two stores instead of a call (BM_PathSmallCopy:
-// 9.7 ns instead of 10.8 ns an ISO 8601 timestamp). Both loads come first,
-// so overlapping ranges copy as memmove copies them.
-template <size_t kWord>
-void copyHeadTail(char* to, const char* from, size_t n) {
-  char head[kWord], tail[kWord];
-  std::memcpy(head, from, kWord);
-  std::memcpy(tail, from + n - kWord, kWord);
-  std::memcpy(to, head, kWord);
-  std::memcpy(to + n - kWord, tail, kWord);
-}
-
-void copySmall(char* to, const char* from, size_t n) {
-  if (!zp_fast::on(zp_fast::kSmallCopy)) {
-    std::memmove(to, from, n);
-  } else if (n >= 16 && n <= 32) {
-    copyHeadTail<16>(to, from, n);
-  } else if (n >= 8 && n < 16) {
-    copyHeadTail<8>(to, from, n);
-  } else {
-    std::memmove(to, from, n);
-  }
-}
-
 // A leading number as strtoull reads it, the magnitude saturated at UINT64_MAX
 // so that both uintValue and int64Value can clamp from it.
 struct LeadingNumber {
@@ -145,11 +120,6 @@ bool StringBuffer::reserve(unsigned int size) {
   return true;
 }
 
-void StringBuffer::setSize(unsigned int size) {
-  m_size = size;
-  m_data[size] = '\0';
-}
-
 // ---- Building -----------------------------------------------------------------
 
 bool StringBuffer::append(const char* text) {
@@ -160,12 +130,12 @@ bool StringBuffer::append(const char* text) {
 
 bool StringBuffer::append(const StringBuffer& other) { return appendN(other.m_data, other.m_size); }
 
-bool StringBuffer::appendN(const char* text, unsigned int n) {
+bool StringBuffer::appendGrowing(const char* text, unsigned int n) {
   if (n == 0 || text == nullptr) return true;  // null appends nothing, as in append
   if (n < m_capacity - m_size) {
     // Room already, so nothing moves and our own text needs no more care
-    // than memmove gives: every date-sized append lands here.
-    copySmall(m_data + m_size, text, n);
+    // than memmove gives.
+    std::memmove(m_data + m_size, text, n);
     setSize(m_size + n);
     return true;
   }
@@ -180,17 +150,6 @@ bool StringBuffer::appendN(const char* text, unsigned int n) {
   return true;
 }
 
-bool StringBuffer::appendChar(char c) {
-  if (m_size + 1 < m_capacity) {
-    m_data[m_size] = c;
-    setSize(m_size + 1);
-    return true;
-  }
-  return appendN(&c, 1);
-}
-
-void StringBuffer::clear() { setSize(0); }
-
 // ---- Reading ------------------------------------------------------------------
 
 // A null text counts as "", as it does for append.
@@ -198,8 +157,6 @@ bool StringBuffer::containsSubstring(const char* text) const {
   if (text == nullptr) return true;
   return findBytes(m_data, m_data + m_size, text, std::strlen(text), false) != nullptr;
 }
-
-bool StringBuffer::containsChar(char c) const { return std::memchr(m_data, c, m_size) != nullptr; }
 
 // Most texts hold none of the byte asked for ('-' in a mail date), and one
 // memchr says so; after the first, one pass counts the rest, where jumping

@@ -11,6 +11,9 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
+
+#include "services/FastPaths.h"
 
 class StringBuffer {
  public:
@@ -26,7 +29,7 @@ class StringBuffer {
   bool append(const StringBuffer& other);
   bool appendN(const char* text, unsigned int n);  // n bytes; zero bytes included
   bool appendChar(char c);
-  void clear();  // empty; keeps the storage
+  void clear() { setSize(0); }  // empty; keeps the storage
 
   // ---- Reading ----------------------------------------------------------------
 
@@ -40,7 +43,7 @@ class StringBuffer {
   char charAt(unsigned int i) const { return i < m_size ? m_data[i] : '\0'; }
 
   bool containsSubstring(const char* text) const;  // "" is always contained
-  bool containsChar(char c) const;
+  bool containsChar(char c) const { return std::memchr(m_data, c, m_size) != nullptr; }
   unsigned int countCharOccurances(char c) const;
 
   // True when the whole text is a decimal number: one or more ASCII digits,
@@ -73,10 +76,49 @@ class StringBuffer {
   static constexpr unsigned int kInlineCapacity = 64;
 
   bool reserve(unsigned int size);  // room for `size` bytes plus the zero
-  void setSize(unsigned int size);  // writes the terminating zero
+  void setSize(unsigned int size) {  // writes the terminating zero
+    m_size = size;
+    m_data[size] = '\0';
+  }
+  bool appendGrowing(const char* text, unsigned int n);  // appendN, the general way
 
   char* m_data;
   unsigned int m_size;
   unsigned int m_capacity;  // bytes m_data can hold, zero included
   char m_inline[kInlineCapacity];
 };
+
+// ---- Implementation details follow ----------------------------------------------
+
+// The 8 to 32 bytes of a date text, when they fit, as two overlapping loads
+// and two stores, inline; the rest out of line (BM_PathSmallCopy: 9.7 ns
+// instead of 10.8 ns an ISO 8601 timestamp). Both loads come first, so a
+// part of our own text copies as memmove would copy it.
+inline bool StringBuffer::appendN(const char* text, unsigned int n) {
+  if (n - 8u > 24u || n >= m_capacity - m_size || text == nullptr ||
+      !zp_fast::on(zp_fast::kSmallCopy)) {
+    return appendGrowing(text, n);
+  }
+  char* const to = m_data + m_size;
+  char head[16], tail[16];
+  if (n >= 16) {
+    std::memcpy(head, text, 16);
+    std::memcpy(tail, text + n - 16, 16);
+    std::memcpy(to, head, 16);
+    std::memcpy(to + n - 16, tail, 16);
+  } else {
+    std::memcpy(head, text, 8);
+    std::memcpy(tail, text + n - 8, 8);
+    std::memcpy(to, head, 8);
+    std::memcpy(to + n - 8, tail, 8);
+  }
+  setSize(m_size + n);
+  return true;
+}
+
+inline bool StringBuffer::appendChar(char c) {
+  if (m_size + 1 >= m_capacity) return appendGrowing(&c, 1);
+  m_data[m_size] = c;
+  setSize(m_size + 1);
+  return true;
+}

@@ -126,6 +126,7 @@ bool readGeneralizedFields(const char* text, int32_t f[6]) {
 // common case, one pass does both (BM_PathDecimalShape: 36 ns instead of
 // 42 ns a text).
 bool readDecimalSeconds(const StringBuffer& text, unsigned int& seconds) {
+  if (!isDigit(text.lastChar())) return false;  // most texts; one test spares the scan
   const unsigned size = text.getSize();
   if (size == 0 || size > 10 || !zp_fast::on(zp_fast::kDecimalShape)) {
     if (!text.isDecimalNumber(true)) return false;
@@ -141,6 +142,15 @@ bool readDecimalSeconds(const StringBuffer& text, unsigned int& seconds) {
 }  // namespace
 
 bool ZephalSysTime::loadAnyFormat(bool bLocal, StringBuffer& text) {
+  // An RFC 3339 text, the Atom test's or one with a "+01:00" (three ':',
+  // which the RFC 822 reader gets), reads alike either way; by position it
+  // skips the counts and the RFC 822 reader's steps, and any other text
+  // fails at its first bytes (BM_PathRfc3339Shape: 25 ns instead of 44 ns
+  // a text).
+  if (zp_fast::on(zp_fast::kRfc3339Shape) && zpread::loadRfc3339ByPosition(text, *this)) {
+    return true;
+  }
+
   // '/' first: most texts hold none, and one memchr says so.
   if (text.containsChar('/') && text.containsSubstring("Date(")) {
     fromUnixTime64(false, jsonUnixSeconds(text));
@@ -185,5 +195,5 @@ bool ZephalSysTime::loadAnyFormat(bool bLocal, StringBuffer& text) {
     zp_asn::loadX509Fields(text.getString(), true, m_time);
     return true;
   }
-  return _zpDateParser::parseRFC822Date(text.getString(), *this, discard);
+  return zpread::parseRfc822Sized(text.getString(), size, *this, discard);
 }

@@ -18,10 +18,10 @@ int readFailed(const char* name, int error) {
 }
 
 // A block's output and then its messages; false after a failed write.
-bool writeBlock(const BlockCount& count, const std::string& text, const std::string& messages,
+bool writeBlock(const BlockCount& count, const StringBuffer& text, const std::string& messages,
                 FdWriter& out, FdWriter& err, int& status) {
   if (count.failed > 0) status = 1;
-  out.write(text);
+  out.writeThrough(text.getString(), text.getSize());
   err.write(messages);
   if (!out.flush()) return false;
   err.flush();
@@ -30,7 +30,8 @@ bool writeBlock(const BlockCount& count, const std::string& text, const std::str
 
 int convertOnThisThread(const Settings& s, LineReader& reader, const char* name, FdWriter& out,
                         FdWriter& err) {
-  std::string text, messages;
+  StringBuffer text;
+  std::string messages;
   unsigned long line = 1;
   int status = 0;
   const char* data;
@@ -65,7 +66,8 @@ unsigned long countLines(const char* p, const char* end) {
 struct Block {
   std::vector<char> lines;  // a copy: the reader's buffer is reused
   unsigned long firstLine = 0;
-  std::string text, messages;
+  StringBuffer text;
+  std::string messages;
   BlockCount count{0, 0};
   bool converted = false;
 };
@@ -80,11 +82,9 @@ class Pipeline {
  public:
   Pipeline(const Settings& s, unsigned jobs) : m_settings(s), m_ring(2 * jobs + 2) {
     // Room up front: a block that grew by doubling would fault its pages in
-    // again each time, for about as many bytes as it converts.
-    for (Block& b : m_ring) {
-      b.lines.reserve(kBlockBytes + kMaxLine + (1 << 16) + 3);
-      b.text.reserve(kBlockBytes);
-    }
+    // again each time, for about as many bytes as it converts. (Its output
+    // grows once, and keeps its room from block to block.)
+    for (Block& b : m_ring) b.lines.reserve(kBlockBytes + kMaxLine + (1 << 16) + 3);
     for (unsigned i = 1; i < jobs; ++i) m_workers.emplace_back([this] { work(); });
   }
 

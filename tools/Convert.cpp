@@ -8,6 +8,24 @@
 #include "tools/TextEscape.h"
 
 namespace zpdate {
+namespace {
+
+// `in` in the settings' form, and a '\n'; false, with nothing appended, when
+// the form cannot hold it. `text` is scratch for the forms written as text.
+bool appendFormLine(const Settings& s, bool buffered, const Instant& in, StringBuffer& out,
+                    std::string& text, std::string& why) {
+  if (buffered) {
+    if (!appendForm(s.form, in, out, why)) return false;
+  } else {
+    text.clear();
+    if (!appendForm(s.form, s.pattern.c_str(), in, text, why)) return false;
+    out.appendN(text.data(), static_cast<unsigned>(text.size()));
+  }
+  out.appendChar('\n');
+  return true;
+}
+
+}  // namespace
 
 bool convertOne(const Settings& s, const char* where, const char* text, size_t size,
                 const Instant* in, std::string& why, bool keepLines, std::string& out,
@@ -51,12 +69,14 @@ bool convertOne(const Settings& s, const char* where, const char* text, size_t s
 }
 
 BlockCount convertBlock(const Settings& s, const char* data, size_t size, unsigned long firstLine,
-                        std::string& out, std::string& messages) {
+                        StringBuffer& out, std::string& messages) {
   StringBuffer scratch;
   Instant in;
-  std::string why;
+  std::string why, text;
   char where[32];
   BlockCount count{0, 0};
+  // The module's own writers append straight to the block's output.
+  const bool buffered = s.shape == Settings::Shape::kForm && isBufferedForm(s.form);
   unsigned long number = firstLine;
   for (const char* end = data + size; data < end; ++number, ++count.lines) {
     const char* newline =
@@ -75,17 +95,14 @@ BlockCount convertBlock(const Settings& s, const char* data, size_t size, unsign
       loaded = loadText(line, length, s.assumeLocal, scratch, in, why);
     }
     if (loaded && s.shape == Settings::Shape::kForm) {  // the common case, without a detour
-      const size_t mark = out.size();
-      if (appendForm(s.form, s.pattern.c_str(), in, out, why)) {
-        out += '\n';
-        continue;
-      }
-      out.resize(mark);
+      if (appendFormLine(s, buffered, in, out, text, why)) continue;
       loaded = false;
     }
     std::snprintf(where, sizeof where, "line %lu: ", number);
+    text.clear();
     count.failed +=
-        !convertOne(s, where, shown, length, loaded ? &in : nullptr, why, true, out, messages);
+        !convertOne(s, where, shown, length, loaded ? &in : nullptr, why, true, text, messages);
+    out.appendN(text.data(), static_cast<unsigned>(text.size()));
   }
   return count;
 }

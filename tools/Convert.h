@@ -2,7 +2,8 @@
 // block of whole lines at a time for a file. Nothing here keeps state between
 // calls, so blocks can be converted in any order and written in input order.
 //
-//   std::string out, messages;
+//   StringBuffer out;
+//   std::string messages;
 //   convertBlock(settings, "1700000000\nnope\n", 16, 1, out, messages);
 //   // out: "20231114T221320Z\n\n"   messages: "zpdate: line 2: 'nope': not a date\n"
 #pragma once
@@ -37,8 +38,9 @@ struct BlockCount {
 };
 
 // Converts the lines in data[0, size), each ending in '\n', the first being
-// line `firstLine`: one output line per input line.
+// line `firstLine`: one output line per input line. A batch is in the form
+// or the JSON shape, never in blocks.
 BlockCount convertBlock(const Settings& s, const char* data, size_t size, unsigned long firstLine,
-                        std::string& out, std::string& messages);
+                        StringBuffer& out, std::string& messages);
 
 }  // namespace zpdate

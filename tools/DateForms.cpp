@@ -110,36 +110,46 @@ bool fileTimeOf(const Instant& in, unsigned long long& count, std::string& why) 
   return true;
 }
 
+bool isBufferedForm(Form form) {
+  return form == Form::kIso || form == Form::kUtcTime || form == Form::kRfc822;
+}
+
+bool appendForm(Form form, const Instant& in, StringBuffer& out, std::string& why) {
+  if (form == Form::kIso) {
+    in.gmt.getIso8601Timestamp(out);
+    return true;
+  }
+  const unsigned year = in.gmt.m_time.wYear;
+  if (form == Form::kUtcTime && (year < 1950 || year > 2049)) {
+    return refuse(why, "UTCTime holds the years 1950 to 2049");
+  }
+  ZephalSysTime copy;  // these two writers convert the value they are called on
+  copy.copyFrom(in.gmt);
+  if (form == Form::kUtcTime) {
+    copy.getAsnUtcDateTime(out);
+  } else {
+    copy.getRfc822String(out);
+  }
+  return true;
+}
+
 bool appendForm(Form form, const char* pattern, const Instant& in, std::string& out,
                 std::string& why) {
   const ZephalCalendarFields& g = in.gmt.m_time;
-  StringBuffer text;
+  if (isBufferedForm(form)) {
+    StringBuffer text;
+    if (!appendForm(form, in, text, why)) return false;
+    appendText(text, out);
+    return true;
+  }
   switch (form) {
     case Form::kIso:
-      in.gmt.getIso8601Timestamp(text);
-      appendText(text, out);
-      return true;
+    case Form::kUtcTime:
+    case Form::kRfc822: break;
     case Form::kRfc3339:
       appendRfc3339(g.wYear, g.wMonth, g.wDay, g.wHour, g.wMinute, g.wSecond, g.wMilliseconds,
                     nullptr, out);
       return true;
-    case Form::kUtcTime: {
-      if (g.wYear < 1950 || g.wYear > 2049) {
-        return refuse(why, "UTCTime holds the years 1950 to 2049");
-      }
-      ZephalSysTime copy;  // the writer converts the value it is called on
-      copy.copyFrom(in.gmt);
-      copy.getAsnUtcDateTime(text);
-      appendText(text, out);
-      return true;
-    }
-    case Form::kRfc822: {
-      ZephalSysTime copy;
-      copy.copyFrom(in.gmt);
-      copy.getRfc822String(text);
-      appendText(text, out);
-      return true;
-    }
     case Form::kUnix: out += std::to_string(unixSeconds(in)); return true;
     case Form::kFileTime:
     case Form::kTicks: {

@@ -37,6 +37,11 @@ constexpr char kRfcEmail[] = "%a, %d %b %Y %H:%M:%S %z";  // Thu, 07 Mar 2024 10
 bool appendForm(Form form, const char* pattern, const Instant& in, std::string& out,
                 std::string& why);
 
+// The forms the module itself writes into a StringBuffer (kIso, kUtcTime,
+// kRfc822), which the overload below appends with no copy between.
+bool isBufferedForm(Form form);
+bool appendForm(Form form, const Instant& in, StringBuffer& out, std::string& why);
+
 // ---- Pieces the report shows apart ---------------------------------------------
 
 // The local clock of the instant; false outside the years 0001 to 9999 there.

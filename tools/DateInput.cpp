@@ -17,15 +17,16 @@ constexpr unsigned long long kLastFileTime = 2650467743999999999ULL;
 constexpr unsigned long long kLastTicks = 3155378975999999999ULL;
 constexpr unsigned long long kPerSecond = 10000000;
 
+// Out of the way of the loops that call them: most texts are no refusal.
 template <typename... Args>
-bool refuse(std::string& why, const char* format, Args... args) {
+[[gnu::cold, gnu::noinline]] bool refuse(std::string& why, const char* format, Args... args) {
   char text[96];
   std::snprintf(text, sizeof text, format, args...);
   why = text;
   return false;
 }
 
-bool refuse(std::string& why, const char* reason) {
+[[gnu::cold, gnu::noinline]] bool refuse(std::string& why, const char* reason) {
   why = reason;
   return false;
 }
@@ -63,8 +64,8 @@ bool sameClock(const ZephalCalendarFields& a, const ZephalCalendarFields& b) {
 // GMT reading and the Unix seconds.
 bool finish(const ZephalSysTime& loaded, unsigned millis, Instant& out, std::string& why) {
   if (!checkFields(loaded.m_time, 60, why)) return false;
-  out.value.copyFrom(loaded);
-  out.gmt.copyFrom(loaded);
+  out.value = loaded;  // as copyFrom copies, without the call
+  out.gmt = loaded;
   if (loaded.m_bLocal) {
     out.gmt.toGmtSysTime();
     ZephalSysTime back;  // mktime moves a skipped wall-clock time; the way back shows it

@@ -107,6 +107,11 @@ void FdWriter::write(const char* data, size_t size) {
   if (m_pending.size() >= kBlock) flush();
 }
 
+void FdWriter::writeThrough(const char* data, size_t size) {
+  flush();
+  if (m_error == 0) writeAll(data, size);
+}
+
 bool FdWriter::flush() {
   if (m_error == 0) writeAll(m_pending.data(), m_pending.size());
   m_pending.clear();

@@ -48,6 +48,9 @@ class FdWriter {
 
   void write(const char* data, size_t size);
   void write(const std::string& text) { write(text.data(), text.size()); }
+  // What is pending, then `data` at once, uncopied: for a block of output
+  // that a flush would follow anyway.
+  void writeThrough(const char* data, size_t size);
   bool flush();  // false once any write has failed
 
   int error() const { return m_error; }  // errno of the failed write, 0 if none
