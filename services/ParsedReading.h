@@ -2,7 +2,6 @@
 // value. Internal to the module and its date parser.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 
 #include "services/CivilDays.h"
@@ -54,9 +53,10 @@ inline bool settle(Reading& r, ZephalSysTime& value) {
   return true;
 }
 
-// parseRFC822Date for a text whose length the caller knows, as the loader
-// does; text[size] is its terminating zero (DateParserRfc822.cpp).
-bool parseRfc822Sized(const char* text, size_t size, ZephalSysTime& value, LogBase& log);
+// An HTTP date, "Thu, 07 Mar 2024 09:05:03 GMT" and nothing else, read as
+// parseRFC822Date would read it; false, with nothing reported and the value
+// untouched, for any other text (DateParserRfc822.cpp).
+bool loadHttpDateByPosition(const StringBuffer& text, ZephalSysTime& value);
 
 // An RFC 3339 text read whole by position, as AtomDateToSysTime would read
 // it; false, with nothing reported and the value untouched, for any other

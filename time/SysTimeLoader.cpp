@@ -142,11 +142,14 @@ bool readDecimalSeconds(const StringBuffer& text, unsigned int& seconds) {
 }  // namespace
 
 bool ZephalSysTime::loadAnyFormat(bool bLocal, StringBuffer& text) {
-  // An RFC 3339 text, the Atom test's or one with a "+01:00" (three ':',
-  // which the RFC 822 reader gets), reads alike either way; by position it
-  // skips the counts and the RFC 822 reader's steps, and any other text
-  // fails at its first bytes (BM_PathRfc3339Shape: 25 ns instead of 44 ns
-  // a text).
+  // Two whole shapes reach one reader whatever the tests below say of them,
+  // and by position they skip those tests; any other text fails at its
+  // length or first bytes. An HTTP date holds no '/', '-' or final digit or
+  // 'Z', so it always falls through to the RFC 822 reader (BM_PathHttpDate:
+  // ? ns instead of ? ns a text). An RFC 3339 text goes to the Atom reader
+  // or, with a "+01:00" (three ':'), to the RFC 822 reader's ISO steps, and
+  // both read it alike (BM_PathRfc3339Shape: 25 ns instead of 44 ns a text).
+  if (zp_fast::on(zp_fast::kHttpDate) && zpread::loadHttpDateByPosition(text, *this)) return true;
   if (zp_fast::on(zp_fast::kRfc3339Shape) && zpread::loadRfc3339ByPosition(text, *this)) {
     return true;
   }
@@ -195,5 +198,5 @@ bool ZephalSysTime::loadAnyFormat(bool bLocal, StringBuffer& text) {
     zp_asn::loadX509Fields(text.getString(), true, m_time);
     return true;
   }
-  return zpread::parseRfc822Sized(text.getString(), size, *this, discard);
+  return _zpDateParser::parseRFC822Date(text.getString(), *this, discard);
 }

@@ -122,7 +122,7 @@ struct Kept {
 };
 
 // Refuses what loadAnyFormat would misread; `t` is the text, `size` its length.
-bool checkShape(const char* t, size_t size, Kept& kept, std::string& why) {
+bool checkShape(const char* t, size_t size, bool mayHoldParen, Kept& kept, std::string& why) {
   if (size > 0 && allDigits(t, size)) {
     // The loader reads decimal seconds as 32 bits and saturates beyond them.
     if (size > 10 || std::strtoull(t, nullptr, 10) > 4294967295ULL) {
@@ -130,7 +130,7 @@ bool checkShape(const char* t, size_t size, Kept& kept, std::string& why) {
     }
     return true;
   }
-  if (std::memchr(t, '(', size) != nullptr && std::strstr(t, "Date(") != nullptr &&
+  if (mayHoldParen && std::memchr(t, '(', size) != nullptr && std::strstr(t, "Date(") != nullptr &&
       std::memchr(t, '/', size) != nullptr) {
     long long millis = 0;
     int hours = 0;
@@ -222,12 +222,12 @@ long long unixSeconds(const Instant& in) {
 }
 
 bool loadText(const char* text, size_t size, bool assumeLocal, StringBuffer& scratch, Instant& out,
-              std::string& why) {
-  if (std::memchr(text, '\0', size) != nullptr) return refuse(why, "holds a zero byte");
+              std::string& why, MayHold may) {
+  if (may.zero && std::memchr(text, '\0', size) != nullptr) return refuse(why, "holds a zero byte");
   scratch.clear();
   scratch.appendN(text, static_cast<unsigned>(size));
   Kept kept;
-  if (!checkShape(scratch.getString(), size, kept, why)) return false;
+  if (!checkShape(scratch.getString(), size, may.paren, kept, why)) return false;
 
   ZephalSysTime value;
   if (!value.loadAnyFormat(false, scratch)) return refuse(why, "not a date");

@@ -35,11 +35,18 @@ long long unixSeconds(const Instant& in);
 constexpr long long kFirstSecond = -62135596800;
 constexpr long long kLastSecond = 253402300799;
 
+// The bytes of a text that decide how it is checked, which a caller that
+// searched a whole block for them at once already knows; by default, any.
+struct MayHold {
+  bool zero = true;   // '\0'
+  bool paren = true;  // '(', as every JSON date has
+};
+
 // Loads a date text of `size` bytes, which may hold any bytes. With
 // `assumeLocal` a text that states no zone is read as local wall-clock time.
 // `scratch` is reused from call to call.
 bool loadText(const char* text, size_t size, bool assumeLocal, StringBuffer& scratch, Instant& out,
-              std::string& why);
+              std::string& why, MayHold may = {});
 
 // The numeric inputs, each named by its option.
 enum class Numeric { kUnix, kUnixMs, kFileTime, kTicks, kDos, kOle, kNow };
