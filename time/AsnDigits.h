@@ -23,8 +23,8 @@ inline bool eightDigits(uint64_t x) {
 
 // True when the n bytes at p are ASCII digits, for 8 <= n <= 16 readable
 // bytes (the callers measure the text first): two overlapping 8-byte loads.
-// Little against the field reads after it (BM_PathEightDigits: 20.5 ns
-// instead of 20.9 ns a GeneralizedTime text, 15.7 instead of 16.6 with a
+// Little against the field reads after it (BM_PathEightDigits: 19.8 ns
+// instead of 21.7 ns a GeneralizedTime text, 17.1 instead of 17.9 with a
 // fraction).
 inline bool allDigits(const char* p, unsigned int n) {
   if (!zp_fast::on(zp_fast::kEightDigits)) {
