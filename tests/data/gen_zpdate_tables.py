@@ -410,10 +410,14 @@ def block_and_json(zone):
 
 
 def batch_and_usage():
-    lines = "Thu, 07 Mar 2024 09:05:03 GMT\r\ntomorrow-ish\n1700000000\n\n2024-03-07T09:05:03Z"
-    out = "".join(x + "\n" for x in [iso_basic(at(1709802303000)), "", iso_basic(at(1700000000000)), "",
+    # A JSON date the loader would misread, among lines with no '(': the
+    # batch looks for one per line only where its block holds one.
+    lines = "Thu, 07 Mar 2024 09:05:03 GMT\r\ntomorrow-ish\n1700000000\n/Date(abc)/\n\n2024-03-07T09:05:03Z"
+    out = "".join(x + "\n" for x in [iso_basic(at(1709802303000)), "", iso_basic(at(1700000000000)), "", "",
                                     iso_basic(at(1709802303000))])
-    err = message("tomorrow-ish", "not a date", "line 2: ") + message("", "not a date", "line 4: ")
+    err = (message("tomorrow-ish", "not a date", "line 2: ")
+           + message("/Date(abc)/", "not a JSON date /Date(milliseconds[+hhmm])/", "line 4: ")
+           + message("", "not a date", "line 5: "))
     row("*", 1, ["-f", "-"], out, err, lines)
     row("*", 1, [], out, err, lines)  # no input: standard input, as with -f -
     row("*", 1, ["--unix", "1", "--to", "iso"], "!full", "zpdate: write error: No space left on device\n")
