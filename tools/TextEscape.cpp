@@ -49,12 +49,14 @@ void appendJsonString(const char* text, size_t size, std::string& out) {
   const auto* p = reinterpret_cast<const unsigned char*>(text);
   out += '"';
   for (size_t i = 0; i < size;) {
-    const unsigned char c = p[i];
-    if (c >= 0x20 && c < 0x80 && c != '"' && c != '\\') {
-      out += static_cast<char>(c);
-      ++i;
+    size_t run = i;  // printable ASCII, a run at a time
+    while (run < size && p[run] >= 0x20 && p[run] < 0x80 && p[run] != '"' && p[run] != '\\') ++run;
+    if (run > i) {
+      out.append(text + i, run - i);
+      i = run;
       continue;
     }
+    const unsigned char c = p[i];
     size_t bad = 0;
     const size_t good = c < 0x80 ? 1 : wellFormedLength(p + i, size - i, bad);
     if (good == 0) {
@@ -87,6 +89,13 @@ void appendJsonString(const char* text, size_t size, std::string& out) {
 void appendEscaped(const char* text, size_t size, std::string& out) {
   const auto* p = reinterpret_cast<const unsigned char*>(text);
   for (size_t i = 0; i < size;) {
+    size_t run = i;  // printable ASCII, a run at a time
+    while (run < size && p[run] >= 0x20 && p[run] < 0x7F && p[run] != '\\') ++run;
+    if (run > i) {
+      out.append(text + i, run - i);
+      i = run;
+      continue;
+    }
     const unsigned char c = p[i];
     size_t bad = 0;
     const size_t good = c < 0x80 ? 1 : wellFormedLength(p + i, size - i, bad);
