@@ -128,8 +128,8 @@ BlockCount convertBlock(const Settings& s, const char* data, size_t size, unsign
       if (appendFormLine(s, buffered, in, out, text, why)) continue;
       loaded = false;
     }
-    // Digits by hand: snprintf cost a bad line more than reading it did.
-    char* const digits = std::to_chars(where + 5, where + sizeof where - 2, number).ptr;
+    // to_chars: snprintf cost a bad line more than reading it did.
+    char* const digits = std::to_chars(where + 5, where + sizeof where - 3, number).ptr;
     std::memcpy(digits, ": ", 3);
     text.clear();
     count.failed +=
