@@ -43,16 +43,26 @@ constexpr char kHex[] = "0123456789abcdef";
 constexpr char kNamedControls[] = "\a\b\f\n\r\t\v";
 constexpr char kControlNames[] = "abfnrtv";
 
+// Copies the run of printable ASCII from text[i] that needs no escape (bytes
+// below `limit`, neither '\\' nor `quote`) in one append, most of any text;
+// returns where the run ends.
+size_t appendPlainRun(const char* text, size_t i, size_t size, unsigned char limit, char quote,
+                      std::string& out) {
+  const auto* p = reinterpret_cast<const unsigned char*>(text);
+  size_t end = i;
+  while (end < size && p[end] >= 0x20 && p[end] < limit && p[end] != '\\' && p[end] != quote) ++end;
+  out.append(text + i, end - i);
+  return end;
+}
+
 }  // namespace
 
 void appendJsonString(const char* text, size_t size, std::string& out) {
   const auto* p = reinterpret_cast<const unsigned char*>(text);
   out += '"';
   for (size_t i = 0; i < size;) {
-    size_t run = i;  // printable ASCII, a run at a time
-    while (run < size && p[run] >= 0x20 && p[run] < 0x80 && p[run] != '"' && p[run] != '\\') ++run;
+    const size_t run = appendPlainRun(text, i, size, 0x80, '"', out);  // DEL may stand raw
     if (run > i) {
-      out.append(text + i, run - i);
       i = run;
       continue;
     }
@@ -89,10 +99,8 @@ void appendJsonString(const char* text, size_t size, std::string& out) {
 void appendEscaped(const char* text, size_t size, std::string& out) {
   const auto* p = reinterpret_cast<const unsigned char*>(text);
   for (size_t i = 0; i < size;) {
-    size_t run = i;  // printable ASCII, a run at a time
-    while (run < size && p[run] >= 0x20 && p[run] < 0x7F && p[run] != '\\') ++run;
+    const size_t run = appendPlainRun(text, i, size, 0x7F, '\\', out);
     if (run > i) {
-      out.append(text + i, run - i);
       i = run;
       continue;
     }
