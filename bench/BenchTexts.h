@@ -18,7 +18,7 @@
 #include <string>
 #include <vector>
 
-#include "services/CivilDays.h"
+#include "services/internal/CivilDays.h"
 #include "time/ZephalSysTime.h"
 
 namespace zpbench {

@@ -1,5 +1,5 @@
 // Each fast path of the module timed with the path on and off, in a build of
-// the library that can switch them (services/FastPaths.h), so that the gain
+// the library that can switch them (services/internal/FastPaths.h), so that the gain
 // each path's comment cites can be checked:
 //
 //   BM_Path<Name>_On    the operation the path serves, as shipped
@@ -15,7 +15,7 @@
 
 #include "bench/BenchReaders.h"
 #include "bench/BenchTexts.h"
-#include "services/FastPaths.h"
+#include "services/internal/FastPaths.h"
 
 namespace zpbench {
 namespace {

@@ -7,8 +7,11 @@ install(TARGETS zephal_time EXPORT zephal-time-targets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
   RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 set(_zp_include_dir ${CMAKE_INSTALL_INCLUDEDIR}/zephal)
-install(DIRECTORY time services DESTINATION ${_zp_include_dir}
-  FILES_MATCHING PATTERN "*.h")
+# The public headers only: what lies in an internal/ folder is the module's own.
+foreach(_zp_dir time services)
+  file(GLOB _zp_public_headers ${PROJECT_SOURCE_DIR}/${_zp_dir}/*.h)
+  install(FILES ${_zp_public_headers} DESTINATION ${_zp_include_dir}/${_zp_dir})
+endforeach()
 install(FILES ${zephal_generated_include}/time/ZephalTimeVersion.h
   DESTINATION ${_zp_include_dir}/time)
 

@@ -1,7 +1,7 @@
 // The cursor's out-of-line steps: comments, zones and the refusal record.
-#include "services/DateCursor.h"
+#include "services/internal/DateCursor.h"
 
-#include "services/DateZoneNames.h"
+#include "services/internal/DateZoneNames.h"
 #include "services/LogBase.h"
 
 namespace zpread {

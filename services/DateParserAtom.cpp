@@ -16,9 +16,9 @@
 // the buffer's size decides where the text ends). The steps are the RFC 822
 // reader's (DateParserIso.cpp); the result is the GMT reading of the
 // instant, and `extra` receives the stated offset in minutes east.
-#include "services/DateCursor.h"
+#include "services/internal/DateCursor.h"
 #include "services/LogBase.h"
-#include "services/ParsedReading.h"
+#include "services/internal/ParsedReading.h"
 #include "services/StringBuffer.h"
 #include "services/zpDateParser.h"
 #include "time/ZephalSysTime.h"

@@ -33,8 +33,8 @@
 // Unix counts without a fraction (the loader reads those) or of fewer than
 // nine digits (1973 on; shorter numbers are more often versions or
 // durations than instants).
-#include "services/DateCursor.h"
-#include "services/FastPaths.h"
+#include "services/internal/DateCursor.h"
+#include "services/internal/FastPaths.h"
 
 namespace zpread {
 namespace {

@@ -16,8 +16,8 @@
 #include <cstdint>
 #include <limits>
 
-#include "services/CivilDays.h"
-#include "services/ParsedReading.h"
+#include "services/internal/CivilDays.h"
+#include "services/internal/ParsedReading.h"
 #include "services/zpDateParser.h"
 #include "time/ZephalSysTime.h"
 

@@ -69,9 +69,9 @@
 #include <cstdint>
 #include <cstring>
 
-#include "services/DateCursor.h"
-#include "services/FastPaths.h"
-#include "services/ParsedReading.h"
+#include "services/internal/DateCursor.h"
+#include "services/internal/FastPaths.h"
+#include "services/internal/ParsedReading.h"
 #include "services/zpDateParser.h"
 #include "time/ZephalSysTime.h"
 

@@ -2,8 +2,8 @@
 // past their ends carried over.
 #include <cstdint>
 
-#include "services/CivilDays.h"
-#include "services/FastPaths.h"
+#include "services/internal/CivilDays.h"
+#include "services/internal/FastPaths.h"
 #include "services/zpDateParser.h"
 
 namespace {

@@ -2,6 +2,8 @@
 // local zone's numeric offset.
 #include "services/StringBuffer.h"
 #include "services/zpDateParser.h"
+#include "services/internal/BufferAppend.h"
+#include "services/internal/PutDigits.h"
 #include "services/zpStdio.h"
 #include "time/ZephalSysTime.h"
 
@@ -20,20 +22,20 @@ bool _zpDateParser::generateDateRFC822(ZephalSysTime& value, StringBuffer& out) 
   *p++ = name[2];
   *p++ = ',';
   *p++ = ' ';
-  p = zpPutDigits(p, t.wDay, 2);
+  p = zp_detail::putDigits(p, t.wDay, 2);
   *p++ = ' ';
   name = kMonths + 3 * (t.wMonth - 1);
   *p++ = name[0];
   *p++ = name[1];
   *p++ = name[2];
   *p++ = ' ';
-  p = zpPutDigits(p, t.wYear, 4);
+  p = zp_detail::putDigits(p, t.wYear, 4);
   *p++ = ' ';
-  p = zpPutDigits(p, t.wHour, 2);
+  p = zp_detail::putDigits(p, t.wHour, 2);
   *p++ = ':';
-  p = zpPutDigits(p, t.wMinute, 2);
+  p = zp_detail::putDigits(p, t.wMinute, 2);
   *p++ = ':';
-  p = zpPutDigits(p, t.wSecond, 2);
+  p = zp_detail::putDigits(p, t.wSecond, 2);
   *p++ = ' ';
   if (!value.m_bLocal) {
     *p++ = 'G';
@@ -44,8 +46,8 @@ bool _zpDateParser::generateDateRFC822(ZephalSysTime& value, StringBuffer& out) 
     // Seconds of an offset (old local mean times) are dropped, not rounded.
     const unsigned mins = static_cast<unsigned>(offset < 0 ? -offset : offset) / 60;
     *p++ = offset < 0 ? '-' : '+';
-    p = zpPutDigits(p, mins / 60 % 100, 2);
-    p = zpPutDigits(p, mins % 60, 2);
+    p = zp_detail::putDigits(p, mins / 60 % 100, 2);
+    p = zp_detail::putDigits(p, mins % 60, 2);
   }
-  return out.appendN(buf, static_cast<unsigned>(p - buf));
+  return zp_detail::BufferAppend::appendN(out, buf, static_cast<unsigned>(p - buf));
 }

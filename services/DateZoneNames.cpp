@@ -1,5 +1,5 @@
 // The zone-abbreviation table and its search.
-#include "services/DateZoneNames.h"
+#include "services/internal/DateZoneNames.h"
 
 #include <algorithm>
 #include <cstring>
@@ -14,7 +14,7 @@ struct ZoneName {
 };
 
 constexpr ZoneName kZoneNames[] = {
-#include "services/ZoneAbbreviations.inc"
+#include "services/internal/ZoneAbbreviations.inc"
 };
 
 constexpr bool before(const char* a, const char* b) {

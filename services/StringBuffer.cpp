@@ -10,7 +10,8 @@
 #include <cstring>
 #include <functional>
 
-#include "services/FastPaths.h"
+#include "services/internal/BufferAppend.h"
+#include "services/internal/FastPaths.h"
 
 namespace {
 
@@ -129,6 +130,10 @@ bool StringBuffer::append(const char* text) {
 }
 
 bool StringBuffer::append(const StringBuffer& other) { return appendN(other.m_data, other.m_size); }
+
+bool StringBuffer::appendN(const char* text, unsigned int n) {
+  return zp_detail::BufferAppend::appendN(*this, text, n);
+}
 
 bool StringBuffer::appendGrowing(const char* text, unsigned int n) {
   if (n == 0 || text == nullptr) return true;  // null appends nothing, as in append

@@ -7,6 +7,9 @@
 
 #include <cstring>
 
+#include "services/internal/FastPaths.h"
+#include "services/internal/PutDigits.h"
+
 namespace {
 
 constexpr int kArgumentCount = 6;
@@ -168,7 +171,7 @@ char* printPaddedFast(char* next, const char* last, const char* p, const void* a
                                     : *static_cast<const int32_t*>(argument);
   const unsigned width = static_cast<unsigned>(p[1] - '0');
   if (value < 0 || value >= (width == 2 ? 100 : 10000)) return nullptr;
-  return zpPutDigits(next, static_cast<uint32_t>(value), width);
+  return zp_detail::putDigits(next, static_cast<uint32_t>(value), width);
 }
 
 }  // namespace
@@ -239,6 +242,10 @@ char* zp_detail::putDigitsAnyWidth(char* out, uint32_t value, unsigned minDigits
   fill(out, '0', static_cast<unsigned>(end - out) - digits);
   writeDigits(end, value);
   return end;
+}
+
+char* zpPutDigits(char* out, uint32_t value, unsigned minDigits) {
+  return zp_detail::putDigits(out, value, minDigits);
 }
 
 const char* zpStrChr(const char* text, int ch) {

@@ -17,9 +17,6 @@
 #pragma once
 
 #include <cstdint>
-#include <cstring>
-
-#include "services/FastPaths.h"
 
 struct _zpStdio {
   // Formats six values into `out`; returns the bytes written, zero excluded.
@@ -52,36 +49,9 @@ char* zpStrChr(char* text, int ch);
 // Writes `value` in decimal, zero-padded to at least `minDigits` (0 to 10),
 // with no terminating zero, and returns the end: what "%0<minDigits>w"
 // prints, for writers of fixed layouts that need not read a format.
-inline char* zpPutDigits(char* out, uint32_t value, unsigned minDigits);
+char* zpPutDigits(char* out, uint32_t value, unsigned minDigits);
 
 namespace zp64 {
 // The value as unsigned: a non-negative value unchanged, a negative one 0.
 unsigned long toUnsignedLong(long long v);
 }  // namespace zp64
-
-// ---- Implementation details follow ----------------------------------------------
-
-namespace zp_detail {
-// "00" to "99": one table load writes two digits.
-inline constexpr char kDigitPairs[] =
-    "00010203040506070809101112131415161718192021222324252627282930313233343536373839"
-    "40414243444546474849505152535455565758596061626364656667686970717273747576777879"
-    "8081828384858687888990919293949596979899";
-char* putDigitsAnyWidth(char* out, uint32_t value, unsigned minDigits);
-}  // namespace zp_detail
-
-// Days, hours and the like take two digits, years four: those skip the loop
-// (BM_PathPutDigits: 8.5 ns instead of 17.2 ns an ISO 8601 timestamp).
-inline char* zpPutDigits(char* out, uint32_t value, unsigned minDigits) {
-  if (!zp_fast::on(zp_fast::kPutDigits)) return zp_detail::putDigitsAnyWidth(out, value, minDigits);
-  if (minDigits == 2 && value < 100) {
-    std::memcpy(out, zp_detail::kDigitPairs + 2 * value, 2);
-    return out + 2;
-  }
-  if (minDigits == 4 && value < 10000) {
-    std::memcpy(out, zp_detail::kDigitPairs + 2 * (value / 100), 2);
-    std::memcpy(out + 2, zp_detail::kDigitPairs + 2 * (value % 100), 2);
-    return out + 4;
-  }
-  return zp_detail::putDigitsAnyWidth(out, value, minDigits);
-}

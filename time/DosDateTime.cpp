@@ -6,7 +6,7 @@
 // Two-second resolution, years 1980 to 2107, no zone.
 #include <time.h>
 
-#include "services/CivilDays.h"
+#include "services/internal/CivilDays.h"
 #include "services/zpDateParser.h"
 #include "time/TimeFunctions.h"
 #include "time/ZephalFileTime.h"

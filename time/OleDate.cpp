@@ -4,7 +4,7 @@
 // and what becomes of the value.
 #include <cstdint>
 
-#include "services/CivilDays.h"
+#include "services/internal/CivilDays.h"
 #include "services/zpDateParser.h"
 #include "time/ZephalSysTime.h"
 

@@ -10,13 +10,13 @@
 //   Thu, 07 Mar 2024 09:05:03 GMT   anything else: the RFC 822 parser
 #include <cstring>
 
-#include "services/FastPaths.h"
+#include "services/internal/FastPaths.h"
 #include "services/LogBase.h"
-#include "services/ParsedReading.h"
+#include "services/internal/ParsedReading.h"
 #include "services/StringBuffer.h"
 #include "services/zpDateParser.h"
 #include "services/zpStdio.h"
-#include "time/AsnDigits.h"
+#include "time/internal/AsnDigits.h"
 #include "time/ZephalSysTime.h"
 
 namespace {

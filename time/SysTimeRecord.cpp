@@ -1,5 +1,5 @@
 // The record itself: reset, copy, SYSTEMTIME and tm exchange, calendar steps.
-#include "services/CivilDays.h"
+#include "services/internal/CivilDays.h"
 #include "time/TimeFunctions.h"
 #include "time/ZephalSysTime.h"
 

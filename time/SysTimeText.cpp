@@ -6,8 +6,10 @@
 #include "services/StringBuffer.h"
 #include "services/XString.h"
 #include "services/zpDateParser.h"
+#include "services/internal/BufferAppend.h"
+#include "services/internal/PutDigits.h"
 #include "services/zpStdio.h"
-#include "time/AsnDigits.h"
+#include "time/internal/AsnDigits.h"
 #include "time/ZephalSysTime.h"
 
 namespace {
@@ -30,15 +32,15 @@ bool holdsAsnFields(const char* text, bool fourDigitYear) {
 
 void appendIso8601(const ZephalCalendarFields& f, StringBuffer& out) {
   char text[kTextCapacity];
-  char* p = zpPutDigits(text, f.wYear, 4);
-  p = zpPutDigits(p, f.wMonth, 2);
-  p = zpPutDigits(p, f.wDay, 2);
+  char* p = zp_detail::putDigits(text, f.wYear, 4);
+  p = zp_detail::putDigits(p, f.wMonth, 2);
+  p = zp_detail::putDigits(p, f.wDay, 2);
   *p++ = 'T';
-  p = zpPutDigits(p, f.wHour, 2);
-  p = zpPutDigits(p, f.wMinute, 2);
-  p = zpPutDigits(p, f.wSecond, 2);
+  p = zp_detail::putDigits(p, f.wHour, 2);
+  p = zp_detail::putDigits(p, f.wMinute, 2);
+  p = zp_detail::putDigits(p, f.wSecond, 2);
   *p++ = 'Z';
-  out.appendN(text, static_cast<unsigned int>(p - text));
+  zp_detail::BufferAppend::appendN(out, text, static_cast<unsigned int>(p - text));
 }
 
 }  // namespace
@@ -60,9 +62,9 @@ bool ZephalSysTime::getAsnUtcDateTime(StringBuffer& out) {
                               m_time.wHour,        m_time.wMinute, m_time.wSecond};
   char text[kTextCapacity];
   char* p = text;
-  for (uint32_t field : fields) p = zpPutDigits(p, field, 2);
+  for (uint32_t field : fields) p = zp_detail::putDigits(p, field, 2);
   *p++ = 'Z';
-  return out.appendN(text, static_cast<unsigned int>(p - text));
+  return zp_detail::BufferAppend::appendN(out, text, static_cast<unsigned int>(p - text));
 }
 
 bool ZephalSysTime::fromAsnUtcDateTime(const char* text, LogBase& /*log*/) {

@@ -1,6 +1,6 @@
 // Unix time in 32 and 64 bits, and moving a value by seconds.
-#include "services/CivilDays.h"
-#include "services/FastPaths.h"
+#include "services/internal/CivilDays.h"
+#include "services/internal/FastPaths.h"
 #include "time/TimeFunctions.h"
 #include "time/ZephalSysTime.h"
 

@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "services/CivilDays.h"
+#include "services/internal/CivilDays.h"
 #include "time/ZephalFileTime.h"
 
 namespace zpdate {

@@ -2,6 +2,8 @@
 #   find_package      an installed tree, found by a CMake project
 #   shared_library    an installed tree, linked into a user's shared library
 #   pkg_config        an installed tree, compiled with pkg-config's flags alone
+#   headers           an installed tree: each header compiles on its own,
+#                     with nothing but the installed headers in reach
 #   add_subdirectory  the source tree inside a user's project, built shared
 #                     (SONAME checked) with GoogleTest out of reach; that
 #                     project's install holds nothing of ours
@@ -54,6 +56,22 @@ if(CHECK STREQUAL "find_package")
 elseif(CHECK STREQUAL "shared_library")
   build_consumer(shared -DCMAKE_PREFIX_PATH=${stage})
   run(${build}/host)
+elseif(CHECK STREQUAL "headers")
+  # A header that includes one left out of the install fails to compile here.
+  separate_arguments(cxx_flags UNIX_COMMAND "${CXX_FLAGS}")
+  set(include_root ${stage}/include/zephal)
+  file(GLOB_RECURSE headers RELATIVE ${include_root} ${include_root}/*.h)
+  if(NOT headers)
+    message(FATAL_ERROR "no headers installed under ${include_root}")
+  endif()
+  file(MAKE_DIRECTORY ${build})
+  foreach(header IN LISTS headers)
+    string(MAKE_C_IDENTIFIER ${header} name)
+    file(WRITE ${build}/${name}.cpp "#include \"${header}\"\n")
+    run(${CXX} ${cxx_flags} -std=c++17 -Wall -Wextra -Wpedantic -Werror -fsyntax-only
+        -I${include_root} ${build}/${name}.cpp)
+  endforeach()
+  message("${headers}")
 elseif(CHECK STREQUAL "pkg_config")
   if(NOT PKG_CONFIG)
     message("pkg-config not found: nothing checked")

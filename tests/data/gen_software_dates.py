@@ -16,7 +16,7 @@ Expected column, derived from the instant asked for and never from the text:
   local <fields>    the text states no zone: the zone's wall clock at that
                     instant (Python's zoneinfo), down to what the text holds;
   refuse            the text names no one instant: no year, or a zone
-                    abbreviation that services/ZoneAbbreviations.inc gives
+                    abbreviation that services/internal/ZoneAbbreviations.inc gives
                     no single offset, with no numeric offset beside it.
 Left out, since their writers cannot write the instant meant: git before
 1970 (it stores no negative time); and Unix seconds with a fraction before

@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
-"""Writes services/ZoneAbbreviations.inc: the zone abbreviations the date
+"""Writes services/internal/ZoneAbbreviations.inc: the zone abbreviations the date
 parser reads, each with the one offset tzdata gives it from 1970 on, or
 kAmbiguousZone when tzdata gives it several.
 
-    python3 tests/data/gen_zone_names.py   # rewrites services/ZoneAbbreviations.inc
+    python3 tests/data/gen_zone_names.py   # rewrites services/internal/ZoneAbbreviations.inc
 
 The oracle is Python's zoneinfo over the system's tzdata (/usr/share/zoneinfo),
 every zone of zoneinfo.available_timezones() but the posix/ and right/ copies.

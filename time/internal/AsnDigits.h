@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <cstring>
 
-#include "services/FastPaths.h"
-#include "services/ParsedReading.h"
+#include "services/internal/FastPaths.h"
+#include "services/internal/ParsedReading.h"
 #include "services/zpDateParser.h"
 #include "services/zpStdio.h"
 #include "time/ZephalSysTime.h"

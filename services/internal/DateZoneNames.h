@@ -1,5 +1,5 @@
 // Zone abbreviations the date parser reads (internal). The table is data:
-// services/ZoneAbbreviations.inc, generated from tzdata by
+// services/internal/ZoneAbbreviations.inc, generated from tzdata by
 // tests/data/gen_zone_names.py, one row per name that a zone used from 1970
 // on, sorted so that it is searched, not walked.
 #pragma once

@@ -4,8 +4,8 @@
 
 #include <cstdint>
 
-#include "services/CivilDays.h"
-#include "services/DateCursor.h"
+#include "services/internal/CivilDays.h"
+#include "services/internal/DateCursor.h"
 #include "services/StringBuffer.h"
 #include "time/ZephalSysTime.h"
 

@@ -12,7 +12,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "services/CivilDays.h"
+#include "services/internal/CivilDays.h"
 
 class LogBase;
 
