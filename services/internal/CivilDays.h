@@ -14,6 +14,13 @@
 
 namespace zpcivil {
 
+constexpr int64_t kSecondsPerDay = 86400;
+
+// Two-digit years, as every reader of the module takes them: 00-49 are
+// 2000-2049, 50-99 are 1950-1999.
+constexpr int kTwoDigitYearPivot = 50;
+constexpr int yearFromTwoDigits(int yy) { return yy + (yy < kTwoDigitYearPivot ? 2000 : 1900); }
+
 // Division rounding toward minus infinity; b > 0 and a > INT64_MIN + b.
 constexpr int64_t floorDiv(int64_t a, int64_t b) { return (a >= 0 ? a : a - (b - 1)) / b; }
 
@@ -91,6 +98,31 @@ static_assert(daysFromCivil(2024, 3, 7) == 19789 && weekdayFromDays(19789) == 4,
               "2024-03-07, a Thursday, is Unix day 19789");
 static_assert(civilFromDays(-719528).year == 0 && civilFromDays(-1).day == 31,
               "0000-01-01 is day -719528; 1969-12-31 is day -1");
+
+// A count of seconds since 1970 broken down into UTC fields, as gmtime_r
+// breaks it down, for any count whose year an int64_t holds.
+struct CivilTime {
+  int64_t year;
+  int month;    // [1, 12]
+  int day;      // [1, 31]
+  int hour, minute, second;
+  int weekday;  // 0 = Sunday .. 6
+  int yearDay;  // 0 = 1 January .. 365
+};
+
+constexpr CivilTime breakDown(int64_t seconds) {
+  const int64_t days = floorDiv(seconds, kSecondsPerDay);
+  const int daySecond = static_cast<int>(seconds - days * kSecondsPerDay);  // [0, 86399]
+  const CivilDate d = civilFromDays(days);
+  return CivilTime{d.year,           d.month,         d.day,
+                   daySecond / 3600, daySecond / 60 % 60, daySecond % 60,
+                   weekdayFromDays(days),
+                   static_cast<int>(days - daysFromCivil(d.year, 1, 1))};
+}
+
+static_assert(breakDown(-1).year == 1969 && breakDown(-1).second == 59 &&
+                  breakDown(-1).yearDay == 364 && breakDown(1709802303).weekday == 4,
+              "1969-12-31 23:59:59 closes its year; 2024-03-07 was a Thursday");
 
 // A date-time as a parser reads it, before it is narrowed into a record.
 struct DateTimeFields {
