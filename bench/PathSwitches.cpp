@@ -90,13 +90,10 @@ const bool kRegistered = [] {
       {"FixedRfc1123", zp_fast::kFixedRfc1123, &kRfc1123Texts, false, false},
       {"HttpDate", zp_fast::kHttpDate, &kHttpTexts, false, true},
       {"FixedIso", zp_fast::kFixedIso, &kAtomTexts, true, false},
-      {"EightDigits", zp_fast::kEightDigits, &kLoadGeneralizedTexts, false, true},
-      {"EightDigitsFraction", zp_fast::kEightDigits, &kLoadGeneralizedFractionTexts, false, true},
       {"MemchrSearch", zp_fast::kMemchrSearch, &kSlashedTexts, false, true},
       {"JsonShape", zp_fast::kJsonShape, &kLoadJsonTexts, false, true},
       {"Rfc3339Shape", zp_fast::kRfc3339Shape, &kLoadAtomTexts, false, true},
       {"DecimalShape", zp_fast::kDecimalShape, &kLoadUnixTexts, false, true},
-      {"CivilBreakdown", zp_fast::kCivilBreakdown, &kLoadUnixTexts, false, true},
       {"WeekdayRule", zp_fast::kWeekdayRule, &kLoadGeneralizedTexts, false, true},
   };
   for (const ReadPath& r : reads) {

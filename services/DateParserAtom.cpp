@@ -17,8 +17,8 @@
 // reader's (DateParserIso.cpp); the result is the GMT reading of the
 // instant, and `extra` receives the stated offset in minutes east.
 #include "services/internal/DateCursor.h"
-#include "services/LogBase.h"
 #include "services/internal/ParsedReading.h"
+#include "services/LogBase.h"
 #include "services/StringBuffer.h"
 #include "services/zpDateParser.h"
 #include "time/ZephalSysTime.h"
@@ -42,17 +42,4 @@ bool _zpDateParser::AtomDateToSysTime(const StringBuffer& text, ZephalSysTime& v
   }
   if (extra) *extra = r.offset;
   return true;
-}
-
-// The loader's RFC 3339 texts, by position (readFixedIsoDateTime): false,
-// with nothing reported, for any text it cannot read whole that way.
-bool zpread::loadRfc3339ByPosition(const StringBuffer& text, ZephalSysTime& value) {
-  const char* const start = text.getString();
-  // The date, the time and at least a Z: most other texts fail here, before
-  // the reading is set up.
-  if (text.getSize() < 20 || start[4] != '-') return false;
-  Reading r;
-  const char* p = readFixedIsoDateTime(start, r);
-  if (p) p = readRfc3339Zone(readFraction(p, r, false), r);
-  return p == start + text.getSize() && settle(r, value);
 }

@@ -35,12 +35,14 @@
 // durations than instants).
 #include "services/internal/DateCursor.h"
 #include "services/internal/FastPaths.h"
+#include "services/internal/FixedDates.h"
 
 namespace zpread {
 namespace {
 
-constexpr int64_t kSecondsPerDay = 86400;
-constexpr int64_t kLastUnixSecond = 253402300799;  // 9999-12-31 23:59:59
+// 9999-12-31 23:59:59
+constexpr int64_t kLastUnixSecond =
+    (zpcivil::daysFromCivil(9999, 12, 31) + 1) * zpcivil::kSecondsPerDay - 1;
 
 // yyyy-mm-dd, or yyyy/mm/dd when `sep` is '/', the '-' or '/' at p and the
 // year read.
@@ -118,15 +120,13 @@ const char* readUnixFraction(const char* p, int digits, Reading& r) {
   q = skipCfws(q, r);
   if (!q) return nullptr;
   if (*q != '\0') return failAt(r, q, "text after the Unix seconds");
-  const int64_t days = seconds / kSecondsPerDay;
-  const int secs = static_cast<int>(seconds % kSecondsPerDay);
-  const zpcivil::CivilDate c = zpcivil::civilFromDays(days);
+  const zpcivil::CivilTime c = zpcivil::breakDown(seconds);
   r.f.year = static_cast<int>(c.year);
   r.f.month = c.month;
   r.f.day = c.day;
-  r.f.hour = secs / 3600;
-  r.f.minute = secs / 60 % 60;
-  r.f.second = secs % 60;
+  r.f.hour = c.hour;
+  r.f.minute = c.minute;
+  r.f.second = c.second;
   r.dayAt = p;
   r.zoneKnown = true;
   r.offset = 0;

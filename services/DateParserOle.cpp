@@ -17,30 +17,16 @@
 #include <limits>
 
 #include "services/internal/CivilDays.h"
+#include "services/internal/OleRange.h"
 #include "services/internal/ParsedReading.h"
 #include "services/zpDateParser.h"
 #include "time/ZephalSysTime.h"
 
 namespace {
 
-constexpr int64_t kSecondsPerDay = 86400;
-constexpr int64_t kOleEpochDays = zpcivil::daysFromCivil(1899, 12, 30);  // -25569
-static_assert(kOleEpochDays == -25569, "1899-12-30 is 25569 days before 1970-01-01");
-
-// The format's range, as seconds from 1899-12-30 00:00:00:
-// 0100-01-01 00:00:00 (OLE -657434.0) to 9999-12-31 23:59:59.
-constexpr int64_t kFirstSecond =
-    (zpcivil::daysFromCivil(100, 1, 1) - kOleEpochDays) * kSecondsPerDay;
-constexpr int64_t kLastSecond =
-    (zpcivil::daysFromCivil(9999, 12, 31) - kOleEpochDays) * kSecondsPerDay + kSecondsPerDay - 1;
-static_assert(kFirstSecond == -657434 * kSecondsPerDay, "0100-01-01 is OLE day -657434");
-static_assert(kLastSecond / kSecondsPerDay == 2958465, "9999-12-31 is OLE day 2958465");
-
-struct OleFields {
-  int64_t year;
-  int month, day, hour, minute, second;
-  int64_t days;  // since 1970-01-01, for the day of the week and of the year
-};
+using zpcivil::kSecondsPerDay;
+using zpole::kFirstSecond;
+using zpole::kLastSecond;
 
 // Seconds from 1899-12-30 00:00:00 to the instant the date names, rounded
 // to the nearest second; false for NaN, infinities and anything outside the
@@ -48,9 +34,9 @@ struct OleFields {
 bool oleToSeconds(double date, int64_t& seconds) {
   // Whole days beyond these bounds cannot round back into the range; the
   // test also refuses NaN, and makes the conversion below defined.
-  if (!(date > -657435.0 && date < 2958466.0)) return false;
+  if (!(date > zpole::kFirstDay - 1.0 && date < zpole::kLastDay + 1.0)) return false;
   const double whole = std::trunc(date);
-  const int64_t day = static_cast<int64_t>(whole);              // [-657434, 2958465]
+  const int64_t day = static_cast<int64_t>(whole);              // [kFirstDay, kLastDay]
   const double fraction = std::fabs(date - whole);              // exact, [0, 1)
   const int64_t secs = static_cast<int64_t>(fraction * kSecondsPerDay + 0.5);  // [0, 86400]
   const int64_t s = day * kSecondsPerDay + secs;
@@ -59,19 +45,10 @@ bool oleToSeconds(double date, int64_t& seconds) {
   return true;
 }
 
-bool oleToFields(double date, OleFields& out) {
+bool oleToFields(double date, zpcivil::CivilTime& out) {
   int64_t s;
   if (!oleToSeconds(date, s)) return false;
-  const int64_t dayIndex = zpcivil::floorDiv(s, kSecondsPerDay);
-  const int secs = static_cast<int>(s - dayIndex * kSecondsPerDay);  // [0, 86399]
-  out.days = dayIndex + kOleEpochDays;
-  const zpcivil::CivilDate c = zpcivil::civilFromDays(out.days);
-  out.year = c.year;
-  out.month = c.month;
-  out.day = c.day;
-  out.hour = secs / 3600;
-  out.minute = secs / 60 % 60;
-  out.second = secs % 60;
+  out = zpcivil::breakDown(s + zpole::kEpochDays * kSecondsPerDay);
   return true;
 }
 
@@ -92,7 +69,7 @@ bool _zpDateParser::TmToVariant(unsigned short year, unsigned short month, unsig
   // the next day) taken by hand: the division below then waits for nothing
   // but the time of day. With the single range test above, BM_ToOle_Ours
   // went from 12.5 ns to 10 ns.
-  const int64_t days = zpcivil::daysFromCivil(year, month, day) - kOleEpochDays;
+  const int64_t days = zpcivil::daysFromCivil(year, month, day) - zpole::kEpochDays;
   const int daySecond = hour * 3600 + minute * 60 + second;  // [0, 86400]
   const bool carry = daySecond == kSecondsPerDay;
   const int64_t dayIndex = days + carry;
@@ -104,7 +81,7 @@ bool _zpDateParser::TmToVariant(unsigned short year, unsigned short month, unsig
 }
 
 bool _zpDateParser::VariantToTm(double date, tm& out) {
-  OleFields f;
+  zpcivil::CivilTime f;
   if (!oleToFields(date, f)) return false;
   out.tm_year = static_cast<int>(f.year - 1900);
   out.tm_mon = f.month - 1;
@@ -112,8 +89,8 @@ bool _zpDateParser::VariantToTm(double date, tm& out) {
   out.tm_hour = f.hour;
   out.tm_min = f.minute;
   out.tm_sec = f.second;
-  out.tm_wday = zpcivil::weekdayFromDays(f.days);
-  out.tm_yday = static_cast<int>(f.days - zpcivil::daysFromCivil(f.year, 1, 1));
+  out.tm_wday = f.weekday;
+  out.tm_yday = f.yearDay;
   return true;
 }
 
@@ -127,11 +104,11 @@ double _zpDateParser::SystemTimeToVariant(const ZephalSysTime& value) {
 }
 
 bool _zpDateParser::VariantToSystemTime(double& date, ZephalSysTime& value) {
-  OleFields f;
+  zpcivil::CivilTime f;
   if (!oleToFields(date, f)) return false;
   ZephalCalendarFields& t = value.m_time;
   zpcivil::narrowInto(t, f.year, f.month, f.day, f.hour, f.minute, f.second);  // year [100, 9999]
-  t.wDayOfWeek = static_cast<uint16_t>(zpcivil::weekdayFromDays(f.days));
+  t.wDayOfWeek = static_cast<uint16_t>(f.weekday);
   t.wMilliseconds = 0;
   return true;
 }

@@ -12,6 +12,7 @@
 
 #include "services/internal/BufferAppend.h"
 #include "services/internal/FastPaths.h"
+#include "services/internal/TextBytes.h"
 
 namespace {
 
@@ -20,8 +21,6 @@ bool isTrimSpace(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n
 
 // isspace() of the C locale, as strtoul skips it; no locale is consulted.
 bool isCSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
-
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
 char asciiLower(char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c; }
 
@@ -68,7 +67,7 @@ LeadingNumber readLeadingNumber(const char* p) {
   LeadingNumber n;
   while (isCSpace(*p)) ++p;
   if (*p == '+' || *p == '-') n.negative = (*p++ == '-');
-  for (; isDigit(*p); ++p) {
+  for (; zpread::isDigit(*p); ++p) {
     const unsigned digit = static_cast<unsigned>(*p - '0');
     if (n.magnitude > (UINT64_MAX - digit) / 10) {
       n.magnitude = UINT64_MAX;
@@ -180,7 +179,7 @@ bool StringBuffer::isDecimalNumber(bool digitsOnly) const {
   const char* end = m_data + m_size;
   if (!digitsOnly && p != end && (*p == '+' || *p == '-')) ++p;
   // The last byte first: date texts that are not numbers mostly end in a letter.
-  return p != end && isDigit(end[-1]) && std::all_of(p, end, isDigit);
+  return p != end && zpread::isDigit(end[-1]) && std::all_of(p, end, zpread::isDigit);
 }
 
 unsigned int StringBuffer::uintValue() const {

@@ -9,12 +9,11 @@
 
 #include "services/internal/FastPaths.h"
 #include "services/internal/PutDigits.h"
+#include "services/internal/TextBytes.h"
 
 namespace {
 
 constexpr int kArgumentCount = 6;
-
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
 // isspace() of the C locale, as sscanf skips it; no locale is consulted.
 bool isCSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
@@ -114,7 +113,7 @@ const char* scanInt(const char* p, unsigned width, int32_t* value) {
   const uint32_t limit = negative ? 0x80000000u : 0x7fffffffu;
   uint32_t magnitude = 0;
   const char* digits = p;
-  for (; budget > 0 && isDigit(*p); ++p, --budget) {
+  for (; budget > 0 && zpread::isDigit(*p); ++p, --budget) {
     const uint32_t digit = static_cast<uint32_t>(*p - '0');
     magnitude = magnitude > (limit - digit) / 10 ? limit : magnitude * 10 + digit;
   }
@@ -228,7 +227,7 @@ int _zpStdio::_zpSscanf1(const char* text, const char* format, void* a1) {
 unsigned int zpUIntValueN(const char* text, unsigned int count, unsigned int& scratch) {
   unsigned value = 0;
   unsigned n = 0;
-  for (; text != nullptr && n < count && isDigit(text[n]); ++n) {
+  for (; text != nullptr && n < count && zpread::isDigit(text[n]); ++n) {
     const unsigned digit = static_cast<unsigned>(text[n] - '0');
     value = value > (~0u - digit) / 10 ? ~0u : value * 10 + digit;
   }

@@ -8,7 +8,6 @@
 
 #include "services/internal/CivilDays.h"
 #include "services/zpDateParser.h"
-#include "time/TimeFunctions.h"
 #include "time/ZephalFileTime.h"
 #include "time/ZephalSysTime.h"
 
@@ -40,9 +39,6 @@ DosClock readTime(unsigned dosTime) {
   const int second = 2 * static_cast<int>(dosTime & 0x1F);      // [0, 62]
   return DosClock{hour < 24 ? hour : 0, minute < 60 ? minute : 0, second < 60 ? second : 0};
 }
-
-// tm_yday of the 1st of each month in a common year.
-constexpr int kDaysBeforeMonth[12] = {0, 31, 59, 90, 120, 151, 181, 212, 243, 273, 304, 334};
 
 // Masks keep each field in its bits whatever the record holds; after the
 // clamp the year field is [0, 57].
@@ -104,15 +100,10 @@ unsigned int ZephalFileTime::dosDateTimeToUnixTime32(unsigned short dosDate,
   DosDate d;
   if (!readDate(dosDate, d)) return static_cast<unsigned int>(time(nullptr));
   const DosClock c = readTime(dosTime);
-  // The count timegm gives for these fields, by POSIX's formula instead of
-  // a call: the year is never before 1980, and a day past the month's end
-  // counts on into the next month just as timegm carries it.
-  tm t{};
-  t.tm_year = d.year - 1900;
-  t.tm_yday = kDaysBeforeMonth[d.month - 1] + (d.month > 2 && zpcivil::isLeapYear(d.year)) + d.day - 1;
-  t.tm_hour = c.hour;
-  t.tm_min = c.minute;
-  t.tm_sec = c.second;
+  // The count timegm gives for these fields: a day past the month's end
+  // counts on into the next month, as timegm carries it.
+  const int64_t days = zpcivil::daysFromCivil(d.year, d.month, 1) + d.day - 1;
+  const int64_t seconds = days * zpcivil::kSecondsPerDay + c.hour * 3600 + c.minute * 60 + c.second;
   // The last 32-bit second is 2106-02-07 06:28:15; later dates wrap.
-  return static_cast<unsigned int>(static_cast<unsigned long long>(tm_to_unixTime64(&t)));
+  return static_cast<unsigned int>(static_cast<uint64_t>(seconds));
 }

@@ -4,21 +4,15 @@
 // and what becomes of the value.
 #include <cstdint>
 
-#include "services/internal/CivilDays.h"
+#include "services/internal/OleRange.h"
 #include "services/zpDateParser.h"
 #include "time/ZephalSysTime.h"
 
 namespace {
 
 // The span getNumDaysOld counts in: 0100-01-01 to 9999-12-31 00:00:00.
-constexpr double kFirstOleDay = -657434.0;
-constexpr double kLastOleDay = 2958465.0;
-
-// Whole days from 0000-01-01 (proleptic Gregorian, year 0 a leap year) to
-// 1899-12-30.
-constexpr int64_t kOleEpochDayNumber =
-    zpcivil::daysFromCivil(1899, 12, 30) - zpcivil::daysFromCivil(0, 1, 1);
-static_assert(kOleEpochDayNumber == 693959, "1899-12-30 is day 693959 from 0000-01-01");
+constexpr double kFirstOleDay = zpole::kFirstDay;
+constexpr double kLastOleDay = zpole::kLastDay;
 
 // Half a second in days: pushes a date that a rounding error left just short
 // of its midnight (on the side toward 0.0) past it before truncation.
@@ -28,11 +22,11 @@ constexpr int kOutOfRange = -9999;
 
 // The day number of an OLE date, or false outside the span. The range test
 // is written so that NaN fails it too, before the cast (which NaN would make
-// undefined); the day number is then at least 36525 and never negative.
+// undefined). Counted from the span's first day, so never negative.
 bool dayNumber(double date, int64_t& out) {
   if (!(date >= kFirstOleDay && date <= kLastOleDay)) return false;
   const double nudged = date > 0.0 ? date + kHalfSecond : date - kHalfSecond;
-  out = static_cast<int64_t>(nudged) + kOleEpochDayNumber;  // truncates toward zero
+  out = static_cast<int64_t>(nudged) - zpole::kFirstDay;  // truncates toward zero
   return true;
 }
 

@@ -1,29 +1,26 @@
 // Unix time in 32 and 64 bits, and moving a value by seconds.
 #include "services/internal/CivilDays.h"
-#include "services/internal/FastPaths.h"
 #include "time/TimeFunctions.h"
 #include "time/ZephalSysTime.h"
 
-// The arithmetic needs no call into the C library and none of its locking
-// (BM_PathCivilBreakdown: 36 ns instead of 40 ns a Unix-seconds text).
+// By arithmetic rather than gmtime_r, which takes glibc's zone lock on
+// every call: threads converting at once would queue on it.
 bool zp_gmtime(long long count, tm& out) {
   constexpr long long kReach = 1LL << 40;
-  if (count < -kReach || count > kReach || !zp_fast::on(zp_fast::kCivilBreakdown)) {
+  if (count < -kReach || count > kReach) {
     const time_t t = static_cast<time_t>(count);
     return gmtime_r(&t, &out) != nullptr;
   }
-  const long long days = zpcivil::floorDiv(count, 86400);
-  const int daySeconds = static_cast<int>(count - days * 86400);  // [0, 86399]
-  const zpcivil::CivilDate date = zpcivil::civilFromDays(days);
+  const zpcivil::CivilTime c = zpcivil::breakDown(count);
   out = tm{};
-  out.tm_year = static_cast<int>(date.year - 1900);
-  out.tm_mon = date.month - 1;
-  out.tm_mday = date.day;
-  out.tm_hour = daySeconds / 3600;
-  out.tm_min = daySeconds / 60 % 60;
-  out.tm_sec = daySeconds % 60;
-  out.tm_wday = zpcivil::weekdayFromDays(days);
-  out.tm_yday = static_cast<int>(days - zpcivil::daysFromCivil(date.year, 1, 1));
+  out.tm_year = static_cast<int>(c.year - 1900);
+  out.tm_mon = c.month - 1;
+  out.tm_mday = c.day;
+  out.tm_hour = c.hour;
+  out.tm_min = c.minute;
+  out.tm_sec = c.second;
+  out.tm_wday = c.weekday;
+  out.tm_yday = c.yearDay;
   out.tm_zone = "GMT";
   return true;
 }

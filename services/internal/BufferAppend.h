@@ -4,8 +4,8 @@
 
 #include <cstring>
 
-#include "services/StringBuffer.h"
 #include "services/internal/FastPaths.h"
+#include "services/StringBuffer.h"
 
 namespace zp_detail {
 

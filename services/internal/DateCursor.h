@@ -13,6 +13,7 @@
 #include <cstdint>
 
 #include "services/internal/CivilDays.h"
+#include "services/internal/TextBytes.h"
 
 class LogBase;
 
@@ -39,7 +40,6 @@ inline const char* failAt(Reading& r, const char* at, const char* why) {
 
 // ---- Bytes ----------------------------------------------------------------------
 
-inline bool isDigit(char c) { return static_cast<unsigned char>(c - '0') < 10; }
 inline bool isSpace(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
 // 0..25 for an ASCII letter of either case; 26 or more for any other byte
 // (bytes 128-255 included: folding keeps the top bit).
@@ -305,33 +305,6 @@ inline const char* readTime(const char* p, Reading& r, TimeStyle style) {
   if (!p) return nullptr;
   // A fraction only after two digits: "0.1" could as well be a slip for "01".
   return p - second == 2 ? readFraction(p, r, style != TimeStyle::kRfc3339) : p;
-}
-
-// "2024-03-07T09:05:03" by position, T or t between date and time: most
-// RFC 3339 texts. Null, with nothing reported, for anything else (a byte out
-// of place, a field out of range), which the step-by-step reader then takes
-// and explains; so this changes how fast, never what, is read. The && chain
-// stops at the first byte that does not match, so a terminating zero ends it.
-inline const char* readFixedIsoDateTime(const char* p, Reading& r) {
-  if (!(isDigit(p[0]) && isDigit(p[1]) && isDigit(p[2]) && isDigit(p[3]) && p[4] == '-' &&
-        isDigit(p[5]) && isDigit(p[6]) && p[7] == '-' && isDigit(p[8]) && isDigit(p[9]) &&
-        (p[10] == 'T' || p[10] == 't') && isDigit(p[11]) && isDigit(p[12]) && p[13] == ':' &&
-        isDigit(p[14]) && isDigit(p[15]) && p[16] == ':' && isDigit(p[17]) && isDigit(p[18]))) {
-    return nullptr;
-  }
-  const auto two = [](const char* q) { return (q[0] - '0') * 10 + (q[1] - '0'); };
-  const int month = two(p + 5), hour = two(p + 11), minute = two(p + 14), second = two(p + 17);
-  if (month < 1 || month > 12 || hour > 23 || minute > 59 || second > 60) return nullptr;
-  r.f.year = two(p) * 100 + two(p + 2);
-  r.f.month = month;
-  r.f.day = two(p + 8);
-  r.f.hour = hour;
-  r.f.minute = minute;
-  r.f.second = second;
-  r.f.millis = 0;
-  r.yearAt = p;
-  r.dayAt = p + 8;
-  return p + 19;
 }
 
 // ---- Shapes in other files ------------------------------------------------------------

@@ -2,7 +2,7 @@
 // beside it gives, only sooner. Internal to the module.
 //
 // Each path keeps its figure honest through a benchmark row that times it
-// switched off (bench/PathBench.cpp). Only the benchmark's own build of the
+// switched off (bench/PathSwitches.cpp). Only the benchmark's own build of the
 // library defines ZEPHAL_FAST_PATH_SWITCHES; in every other build on() is a
 // constant true, and the test and the general path after it compile away.
 #pragma once
@@ -13,7 +13,6 @@ enum Path : unsigned {
   kFixedRfc1123,    // readFixedRfc1123: "Thu, 07 Mar 2024 09:05:03 " by position
   kHttpDate,        // readHttpDate: "Thu, 07 Mar 2024 09:05:03 GMT" whole, by words
   kFixedIso,        // readFixedIsoDateTime: "2024-03-07T09:05:03" by position
-  kEightDigits,     // zp_asn::allDigits: eight digits checked in one word
   kPutDigits,       // zpPutDigits: two and four digits from the pair table
   kPaddedPrint,     // _zpSprintf6: "%02w", "%04w", "%02d" without the format reader
   kMemchrSearch,    // StringBuffer: memchr to the first candidate, and between them
@@ -21,7 +20,6 @@ enum Path : unsigned {
   kJsonShape,       // loadAnyFormat: /Date(ms[+-hhmm])/ read in place
   kRfc3339Shape,    // loadAnyFormat: RFC 3339 read whole by position, before the counts
   kDecimalShape,    // loadAnyFormat: up to ten digits read in one pass
-  kCivilBreakdown,  // zp_gmtime: calendar arithmetic instead of gmtime_r
   kWeekdayRule,     // DayOfWeek: Sakamoto's rule for the usual fields
   kPathCount
 };

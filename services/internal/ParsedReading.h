@@ -55,12 +55,12 @@ inline bool settle(Reading& r, ZephalSysTime& value) {
 
 // An HTTP date, "Thu, 07 Mar 2024 09:05:03 GMT" and nothing else, read as
 // parseRFC822Date would read it; false, with nothing reported and the value
-// untouched, for any other text (DateParserRfc822.cpp).
-bool loadHttpDateByPosition(const StringBuffer& text, ZephalSysTime& value);
+// untouched, for any other text (DateParserFixed.cpp).
+bool loadHttpDateByPosition(const char* text, size_t size, ZephalSysTime& value);
 
 // An RFC 3339 text read whole by position, as AtomDateToSysTime would read
 // it; false, with nothing reported and the value untouched, for any other
-// (DateParserAtom.cpp).
-bool loadRfc3339ByPosition(const StringBuffer& text, ZephalSysTime& value);
+// (DateParserFixed.cpp).
+bool loadRfc3339ByPosition(const char* text, size_t size, ZephalSysTime& value);
 
 }  // namespace zpread
