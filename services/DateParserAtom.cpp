@@ -31,15 +31,18 @@ bool _zpDateParser::AtomDateToSysTime(const StringBuffer& text, ZephalSysTime& v
 bool _zpDateParser::AtomDateToSysTime(const StringBuffer& text, ZephalSysTime& value, int* extra,
                                       LogBase& log) {
   static const char kReader[] = "AtomDateToSysTime";
-  const char* const start = text.getString();
-  const char* const end = start + text.getSize();
   zpread::Reading r;
-  const char* p = zpread::readRfc3339(start, r);
-  // A zero byte stops every step, so one inside the buffer ends the reading early.
-  if (p && p != end) p = zpread::failAt(r, p, "text after the zone");
-  if (!p || !zpread::settle(r, value)) {
-    return zpread::refuse(log, kReader, r.why, static_cast<size_t>(r.at - start), start);
+  if (!zpread::readAtomText(text.getString(), text.getSize(), value, r)) {
+    return zpread::refuse(log, kReader, r.why, static_cast<size_t>(r.at - text.getString()),
+                          text.getString());
   }
   if (extra) *extra = r.offset;
   return true;
+}
+
+bool zpread::readAtomText(const char* text, size_t size, ZephalSysTime& value, Reading& r) {
+  const char* p = readRfc3339(text, r);
+  // A zero byte stops every step, so one inside the text ends the reading early.
+  if (p && p != text + size) p = failAt(r, p, "text after the zone");
+  return p && settle(r, value);
 }

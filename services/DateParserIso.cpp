@@ -40,9 +40,7 @@
 namespace zpread {
 namespace {
 
-// 9999-12-31 23:59:59
-constexpr int64_t kLastUnixSecond =
-    (zpcivil::daysFromCivil(9999, 12, 31) + 1) * zpcivil::kSecondsPerDay - 1;
+using zpcivil::kLastReadSecond;
 
 // yyyy-mm-dd, or yyyy/mm/dd when `sep` is '/', the '-' or '/' at p and the
 // year read.
@@ -113,7 +111,7 @@ const char* readUnixFraction(const char* p, int digits, Reading& r) {
   if (digits < 9) return failAt(r, p, "Unix seconds need 9 to 12 digits");
   int64_t seconds = 0;
   for (int i = 0; i < digits; ++i) seconds = seconds * 10 + (p[i] - '0');
-  if (seconds > kLastUnixSecond) return failAt(r, p, "Unix seconds past the year 9999");
+  if (seconds > kLastReadSecond) return failAt(r, p, "Unix seconds past the year 9999");
   const char* const fraction = p + digits + 1;
   const char* q = readFraction(p + digits, r);
   if (q - fraction > 9) return failAt(r, fraction, "more than 9 fraction digits");

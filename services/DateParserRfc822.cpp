@@ -238,8 +238,12 @@ bool _zpDateParser::parseRFC822Date(const char* text, ZephalSysTime& value, LogB
   static const char kReader[] = "parseRFC822Date";
   if (!text) return refuse(log, kReader, "no text", 0, "");
   Reading r;
-  if (!readDate(text, r) || !settle(r, value)) {
+  if (!readMailText(text, value, r)) {
     return refuse(log, kReader, r.why, static_cast<size_t>(r.at - text), text);
   }
   return true;
+}
+
+bool zpread::readMailText(const char* text, ZephalSysTime& value, Reading& r) {
+  return readDate(text, r) && settle(r, value);
 }

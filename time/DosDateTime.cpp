@@ -13,31 +13,17 @@
 
 namespace {
 
-struct DosDate {
-  int year;   // [1980, 2107]
-  int month;  // [1, 12]
-  int day;    // [1, 31], not checked against the month
-};
-
-struct DosClock {
-  int hour, minute, second;
-};
-
-// False for a word with day 0 or a month outside 1..12.
-bool readDate(unsigned dosDate, DosDate& out) {
-  out.day = static_cast<int>(dosDate & 0x1F);
-  out.month = static_cast<int>((dosDate >> 5) & 0x0F);
-  out.year = 1980 + static_cast<int>(dosDate >> 9);
-  return out.day != 0 && out.month >= 1 && out.month <= 12;
+// False for a date word with day 0 or a month outside 1..12.
+bool validDate(const ZephalCalendarFields& f) {
+  return f.wDay != 0 && f.wMonth >= 1 && f.wMonth <= 12;
 }
 
-// A field past its range (hour 24-31, minute 60-63, second code 30-31)
+// A time field past its range (hour 24-31, minute 60-63, second 60-62)
 // reads as 0 on its own; the other two are kept.
-DosClock readTime(unsigned dosTime) {
-  const int hour = static_cast<int>(dosTime >> 11);             // [0, 31]
-  const int minute = static_cast<int>((dosTime >> 5) & 0x3F);   // [0, 63]
-  const int second = 2 * static_cast<int>(dosTime & 0x1F);      // [0, 62]
-  return DosClock{hour < 24 ? hour : 0, minute < 60 ? minute : 0, second < 60 ? second : 0};
+void repairTime(ZephalCalendarFields& f) {
+  if (f.wHour > 23) f.wHour = 0;
+  if (f.wMinute > 59) f.wMinute = 0;
+  if (f.wSecond > 59) f.wSecond = 0;
 }
 
 // Masks keep each field in its bits whatever the record holds; after the
@@ -55,21 +41,28 @@ unsigned short packTime(const ZephalCalendarFields& f) {
 
 }  // namespace
 
+ZephalCalendarFields ZephalSysTime::unpackDosDateTime(unsigned short dosDate,
+                                                      unsigned short dosTime) {
+  ZephalCalendarFields f{};
+  f.wDay = static_cast<uint16_t>(dosDate & 0x1F);
+  f.wMonth = static_cast<uint16_t>((dosDate >> 5) & 0x0F);
+  f.wYear = static_cast<uint16_t>(1980 + (dosDate >> 9));    // [1980, 2107]
+  f.wHour = static_cast<uint16_t>(dosTime >> 11);             // [0, 31]
+  f.wMinute = static_cast<uint16_t>((dosTime >> 5) & 0x3F);   // [0, 63]
+  f.wSecond = static_cast<uint16_t>(2 * (dosTime & 0x1F));    // [0, 62]
+  return f;
+}
+
 void ZephalSysTime::fromDosDateTime(unsigned short dosDate, unsigned short dosTime, LogBase*) {
   clear();
-  DosDate d;
-  if (!readDate(dosDate, d)) {
+  ZephalCalendarFields f = unpackDosDateTime(dosDate, dosTime);
+  if (!validDate(f)) {
     getCurrentGmt();
     return;
   }
-  const DosClock c = readTime(dosTime);
-  m_time.wYear = static_cast<uint16_t>(d.year);
-  m_time.wMonth = static_cast<uint16_t>(d.month);
-  m_time.wDay = static_cast<uint16_t>(d.day);  // 31 February stays as written
-  m_time.wDayOfWeek = static_cast<uint16_t>(_zpDateParser::DayOfWeek(d.year, d.month, d.day));
-  m_time.wHour = static_cast<uint16_t>(c.hour);
-  m_time.wMinute = static_cast<uint16_t>(c.minute);
-  m_time.wSecond = static_cast<uint16_t>(c.second);
+  repairTime(f);  // 31 February stays as written
+  f.wDayOfWeek = static_cast<uint16_t>(_zpDateParser::DayOfWeek(f.wYear, f.wMonth, f.wDay));
+  m_time = f;
   // The words name a wall clock, but nobody recorded whose.
   m_bLocal = true;
   m_bFromUnknownTimezone = true;
@@ -97,13 +90,14 @@ void ZephalSysTime::toDosDateTime(bool bLocal, unsigned short& dosDate, unsigned
 
 unsigned int ZephalFileTime::dosDateTimeToUnixTime32(unsigned short dosDate,
                                                      unsigned short dosTime) {
-  DosDate d;
-  if (!readDate(dosDate, d)) return static_cast<unsigned int>(time(nullptr));
-  const DosClock c = readTime(dosTime);
+  ZephalCalendarFields f = ZephalSysTime::unpackDosDateTime(dosDate, dosTime);
+  if (!validDate(f)) return static_cast<unsigned int>(time(nullptr));
+  repairTime(f);
   // The count timegm gives for these fields: a day past the month's end
   // counts on into the next month, as timegm carries it.
-  const int64_t days = zpcivil::daysFromCivil(d.year, d.month, 1) + d.day - 1;
-  const int64_t seconds = days * zpcivil::kSecondsPerDay + c.hour * 3600 + c.minute * 60 + c.second;
+  const int64_t days = zpcivil::daysFromCivil(f.wYear, f.wMonth, 1) + f.wDay - 1;
+  const int64_t seconds =
+      days * zpcivil::kSecondsPerDay + f.wHour * 3600 + f.wMinute * 60 + f.wSecond;
   // The last 32-bit second is 2106-02-07 06:28:15; later dates wrap.
   return static_cast<unsigned int>(static_cast<uint64_t>(seconds));
 }

@@ -18,6 +18,7 @@
 #include "services/zpDateParser.h"
 #include "services/zpStdio.h"
 #include "time/internal/AsnDigits.h"
+#include "time/internal/LoaderForms.h"
 #include "time/ZephalSysTime.h"
 
 namespace {
@@ -32,44 +33,14 @@ int zoneSuffix(const char* sign) {
   return hhmm;
 }
 
-// The value of the digits in [p, end), at most 18 of them, so it cannot
-// overflow; false when a byte is no digit or there are none or too many.
-bool readDigitRun(const char* p, const char* end, long long& value) {
-  if (p == end || end - p > 18) return false;
-  unsigned long long v = 0;
-  for (; p < end; ++p) {
-    if (!zpread::isDigit(*p)) return false;
-    v = v * 10 + static_cast<unsigned>(*p - '0');
-  }
-  value = static_cast<long long>(v);
-  return true;
-}
-
-// /Date(1700000000000)/, /Date(-86400000)/, /Date(1700000000000+0100)/ and
-// nothing else: no blanks, no other byte, at most 18 digits. On these the
-// general steps below edit nothing but the brackets away, so reading them in
-// place gives the same seconds without the copy, the edits and the scan
-// (BM_PathJsonShape: 48 ns instead of 127 ns a text).
+// On /Date(ms[+-hhmm])/ and nothing else the general steps below edit
+// nothing but the brackets away, so reading it in place gives the same
+// seconds without the copy, the edits and the scan (BM_PathJsonShape: 48 ns
+// instead of 127 ns a text).
 bool readPlainJson(const char* text, unsigned size, long long& seconds) {
-  const char* p = text;
-  const char* end = text + size;
-  if (size < 9 || std::memcmp(p, "/Date(", 6) != 0 || std::memcmp(end - 2, ")/", 2) != 0) {
-    return false;
-  }
-  p += 6;
-  end -= 2;
-  const bool beforeEpoch = *p == '-';
-  p += beforeEpoch;
-  int zone = 0;  // hhmm east of GMT
-  if (end - p > 5 && (end[-5] == '+' || end[-5] == '-')) {
-    long long hhmm;
-    if (!readDigitRun(end - 4, end, hhmm)) return false;
-    zone = static_cast<int>(end[-5] == '-' ? -hhmm : hhmm);
-    end -= 5;
-  }
-  long long millis;
-  if (!readDigitRun(p, end, millis)) return false;
-  seconds = (beforeEpoch ? -(millis / 1000) : millis / 1000) - zone / 100 * 3600LL;
+  zpload::JsonParts j;
+  if (!zpload::splitPlainJson(text, size, j)) return false;
+  seconds = (j.beforeEpoch ? -(j.millis / 1000) : j.millis / 1000) - j.zone / 100 * 3600LL;
   return true;
 }
 
@@ -111,7 +82,7 @@ long long jsonUnixSeconds(const StringBuffer& text) {
 // them; true when all six convert. Digits only, the usual case, are read by
 // position, which gives what the scan gives at a fraction of its cost.
 bool readGeneralizedFields(const char* text, int32_t f[6]) {
-  if (!zpread::allDigits(text, 14)) {
+  if (!zpread::allDigits(text, zpload::kFractionPoint)) {
     return _zpStdio::_zpSscanf6(text, kGeneralizedFields, &f[0], &f[1], &f[2], &f[3], &f[4],
                                 &f[5]) == 6;
   }
@@ -133,7 +104,7 @@ bool readDecimalSeconds(const StringBuffer& text, unsigned int& seconds) {
     return true;
   }
   long long value;
-  if (!readDigitRun(text.getString(), text.getString() + size, value)) return false;
+  if (!zpload::readDigitRun(text.getString(), text.getString() + size, value)) return false;
   seconds = value > 0xFFFFFFFFLL ? 0xFFFFFFFFu : static_cast<unsigned>(value);
   return true;
 }
@@ -154,7 +125,7 @@ bool ZephalSysTime::loadAnyFormat(bool bLocal, StringBuffer& text) {
   }
 
   // '/' first: most texts hold none, and one memchr says so.
-  if (text.containsChar('/') && text.containsSubstring("Date(")) {
+  if (text.containsChar('/') && text.containsSubstring(zpload::kJsonMark)) {
     fromUnixTime64(false, jsonUnixSeconds(text));
     return true;
   }
@@ -162,14 +133,16 @@ bool ZephalSysTime::loadAnyFormat(bool bLocal, StringBuffer& text) {
   // Each count is taken once, and only when a test still depends on it:
   // with fewer than two '-' the Atom test fails whatever the other two say.
   const unsigned int dashes = text.countCharOccurances('-');
-  if (dashes >= 2 && text.countCharOccurances(':') == 2 && text.countCharOccurances('T') >= 1 &&
+  // && stops at the first count that fails the test, before taking the next.
+  if (dashes >= 2 &&
+      zpload::atomCounts(dashes, text.countCharOccurances(':'), text.countCharOccurances('T')) &&
       _zpDateParser::AtomDateToSysTime(text, *this, nullptr)) {
     return true;
   }
 
   const unsigned int size = text.getSize();
   const char last = text.lastChar();
-  if (size == 19 && last == 'Z' && text.charAt(14) == '.') {
+  if (zpload::fractionShape(size, last, text.charAt(zpload::kFractionPoint))) {
     int32_t f[6];
     if (readGeneralizedFields(text.getString(), f)) {
       // The fraction is dropped and no day of the week is computed here.
@@ -186,12 +159,12 @@ bool ZephalSysTime::loadAnyFormat(bool bLocal, StringBuffer& text) {
   }
 
   LogNull discard;
-  const bool asnShape = dashes == 0 && last == 'Z' && !text.containsChar(':');
-  if (asnShape && size == 13) {
+  const bool asnShape = zpload::asnShape(dashes, last, [&] { return text.containsChar(':'); });
+  if (asnShape && size == zpload::kUtcTimeSize) {
     fromX509(text.getString(), false, discard);
     return true;
   }
-  if (asnShape && size == 15) {
+  if (asnShape && size == zpload::kGeneralizedSize) {
     // Read in place rather than through fromX509, which stops at a zero
     // byte: the buffer's 15 bytes are all there to read, a zero among them.
     zp_asn::loadX509Fields(text.getString(), true, m_time);

@@ -102,6 +102,8 @@ constexpr int64_t kIntervalsPerSecond = 10000000;  // 100-ns intervals
 constexpr uint64_t kFileTimeEpoch = 116444736000000000ULL;
 // 100-ns intervals from 0001-01-01 to 1970-01-01 (62135596800 s)
 constexpr uint64_t kTicksEpoch = 621355968000000000ULL;
+// .NET's DateTime.MaxValue: 9999-12-31 23:59:59.9999999 in ticks.
+constexpr uint64_t kLastTicks = 3155378975999999999ULL;
 static_assert(kFileTimeEpoch == 11644473600ULL * kIntervalsPerSecond, "1601 to 1970");
 static_assert(kTicksEpoch == 62135596800ULL * kIntervalsPerSecond, "0001 to 1970");
 

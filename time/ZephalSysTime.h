@@ -228,6 +228,9 @@ class ZephalSysTime : public ZephalObject {
   // local time in place first when bLocal, clamps its year to 1980..2037 in
   // place, and rounds an odd second up. The log pointers are not used.
   void fromDosDateTime(unsigned short dosDate, unsigned short dosTime, LogBase* log);
+  // The fields as the words hold them, before fromDosDateTime's repairs
+  // (month 0 and hour 31 stay); wDayOfWeek and wMilliseconds 0.
+  static ZephalCalendarFields unpackDosDateTime(unsigned short dosDate, unsigned short dosTime);
   void toDosDateTime(bool bLocal, unsigned short& dosDate, unsigned short& dosTime, LogBase* log);
 
   // OLE Automation dates (days since 1899-12-30, to the second). toOleDate

@@ -14,12 +14,6 @@
 
 #include "time/ZephalSysTime.h"
 
-// A refusal: a fixed reason and the byte of the text it was found at.
-struct ZephalTextError {
-  const char* reason = nullptr;  // static text; null while nothing failed
-  size_t byte = 0;
-};
-
 // The order of the fields of a numeric date whose text does not say it
 // (3/7/2024 is 7 March in the US and 3 July in Britain).
 enum class ZephalDateOrder : uint8_t { kUnknown, kMonthDayYear, kDayMonthYear, kYearMonthDay };
@@ -38,6 +32,13 @@ enum class ZephalTextForm : uint8_t {
   kLayout,               // one of the caller's layouts
 };
 
+// A refusal: a fixed reason and the byte of the text it was found at.
+struct ZephalTextError {
+  const char* reason = nullptr;  // static text; null while nothing failed
+  size_t byte = 0;
+  ZephalTextForm form = ZephalTextForm::kNone;  // the form it was read as
+};
+
 // What a caller knows about the texts it reads.
 struct ZephalTextOptions {
   ZephalDateOrder order = ZephalDateOrder::kUnknown;  // for numeric dates
@@ -54,3 +55,25 @@ struct ZephalWallClock {
   bool isDst = false;
   const char* abbreviation = "";   // "CET", "GMT"; never null
 };
+
+// The longest text the readers take; longer ones are refused.
+constexpr size_t kZephalMaxDateText = 4096;
+
+// Reads a date text of unknown form, strictly, and keeps its milliseconds:
+// the caller's layouts first, in order, then loadAnyFormat's forms in its
+// order, each read whole and checked rather than read as far as it goes:
+//   /Date(1700000000123-0500)/   the count to the millisecond, this shape only
+//   2024-03-07T09:05:03.123Z     as loadAnyFormat reads it
+//   20240307090503.123Z          the fraction kept
+//   1700000000                   up to 4294967295; a longer count is refused
+//   240307090503Z                fields of digits, each in its range
+//   20240307090503Z              the same
+//   anything else                the date parser, with the caller's order
+// Results are as loadAnyFormat's, but the ASN.1 forms store GMT and the
+// value is left untouched by a refusal, which `error` explains. A zero byte
+// in the text is refused, as the zero-terminated readers cannot see past it.
+bool zpReadDate(std::string_view text, const ZephalTextOptions& options, ZephalSysTime& value,
+                ZephalTextError& error);
+
+// "JSON date", "UTCTime", ... for messages; "date" for kDateParser and kNone.
+const char* zpTextFormName(ZephalTextForm form);

@@ -25,33 +25,6 @@ bool appendFormLine(const Settings& s, bool buffered, const Instant& in, StringB
   return true;
 }
 
-// Where the next `byte` of a block is, searched for again only once a line
-// has passed it: a compare a line instead of a search, as most blocks hold
-// no zero byte and no '(' at all (a million RFC 1123 lines: 52 ms instead
-// of 54 ms).
-class NextByte {
- public:
-  NextByte(char byte, const char* begin, const char* end) : m_byte(byte), m_end(end) {
-    find(begin);
-  }
-
-  // Whether [begin, end), at or after the last line asked about, holds it.
-  bool within(const char* begin, const char* end) {
-    if (m_at < begin) find(begin);
-    return m_at < end;
-  }
-
- private:
-  void find(const char* from) {
-    const void* found = std::memchr(from, m_byte, static_cast<size_t>(m_end - from));
-    m_at = found ? static_cast<const char*>(found) : m_end;
-  }
-
-  char m_byte;
-  const char* m_end;
-  const char* m_at;
-};
-
 }  // namespace
 
 bool convertOne(const Settings& s, const char* where, const char* text, size_t size,
@@ -97,7 +70,6 @@ bool convertOne(const Settings& s, const char* where, const char* text, size_t s
 
 BlockCount convertBlock(const Settings& s, const char* data, size_t size, unsigned long firstLine,
                         StringBuffer& out, std::string& messages) {
-  StringBuffer scratch;
   Instant in;
   std::string why, text;
   char where[32] = "line ";
@@ -106,7 +78,6 @@ BlockCount convertBlock(const Settings& s, const char* data, size_t size, unsign
   const bool buffered = s.shape == Settings::Shape::kForm && isBufferedForm(s.form);
   unsigned long number = firstLine;
   const char* const end = data + size;
-  NextByte zero('\0', data, end), paren('(', data, end);
   for (; data < end; ++number, ++count.lines) {
     const char* newline =
         static_cast<const char*>(std::memchr(data, '\n', static_cast<size_t>(end - data)));
@@ -121,8 +92,7 @@ BlockCount convertBlock(const Settings& s, const char* data, size_t size, unsign
       shown = nullptr;
       length = 0;
     } else {
-      const MayHold may{zero.within(line, line + length), paren.within(line, line + length)};
-      loaded = loadText(line, length, s.assumeLocal, scratch, in, why, may);
+      loaded = loadText(line, length, s.assumeLocal, in, why);
     }
     if (loaded && s.shape == Settings::Shape::kForm) {  // the common case, without a detour
       if (appendFormLine(s, buffered, in, out, text, why)) continue;

@@ -91,6 +91,8 @@ bool appendLocal(Form form, const char* pattern, const Instant& in, std::string&
 
 const char* dayName(int dayOfWeek) { return kDayNames[dayOfWeek % 7]; }
 
+const FormRow& formRow(Form form) { return kFormRows[static_cast<int>(form)]; }
+
 bool localClock(const Instant& in, Clock& clock, std::string& why) {
   const long seconds = static_cast<long>(unixSeconds(in));
   zp_localtime_r(&seconds, &clock.fields);

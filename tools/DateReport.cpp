@@ -68,40 +68,27 @@ void appendBlock(const std::string& input, const Instant& in, bool withLog, std:
   appendEscaped(input.data(), input.size(), out);
   out += '\n';
   line("read as", readingOf(in.value), true);
-  line("GMT", show(Form::kRfc3339, in).text + ", " + dayName(gmtDayOfWeek(in)), true);
+  line(formRow(Form::kRfc3339).label,
+       show(Form::kRfc3339, in).text + ", " + dayName(gmtDayOfWeek(in)), true);
   Clock local{};
   std::string why;
-  if (localClock(in, local, why)) {
-    std::string text;
-    appendForm(Form::kRfc3339Local, nullptr, in, text, why);
-    line("local", text + " " + local.fields.tm_zone + ", " + dayName(local.fields.tm_wday), true);
-  } else {
-    line("local", why, false);
+  const bool haveLocal = localClock(in, local, why);
+  const Shown localText = show(Form::kRfc3339Local, in);
+  line(formRow(Form::kRfc3339Local).label,
+       haveLocal ? localText.text + " " + local.fields.tm_zone + ", " + dayName(local.fields.tm_wday)
+                 : why,
+       haveLocal);
+  for (const FormRow& row : kFormRows) {
+    if (row.extra == Extra::kClock) continue;  // the lines above
+    Shown s = show(row.form, in);
+    if (s.ok && row.extra == Extra::kHalves) {
+      const Halves halves = halvesOf(in);
+      s.text += " (high " + halves.high.text + ", low " + halves.low.text + ")";
+    } else if (s.ok && row.extra == Extra::kWords) {
+      s.text = "date " + s.text.substr(0, 6) + ", time " + s.text.substr(7);
+    }
+    line(row.label, s.text, s.ok);
   }
-  const struct {
-    const char* label;
-    Form form;
-  } kForms[] = {
-      {"ISO 8601", Form::kIso},       {"UTCTime", Form::kUtcTime},
-      {"RFC 822 GMT", Form::kRfc822}, {"RFC 822 local", Form::kRfc822Local},
-      {"Unix seconds", Form::kUnix},
-  };
-  for (const auto& f : kForms) {
-    const Shown s = show(f.form, in);
-    line(f.label, s.text, s.ok);
-  }
-  const Shown fileTime = show(Form::kFileTime, in);
-  const Halves halves = halvesOf(in);
-  line("FILETIME",
-       fileTime.ok ? fileTime.text + " (high " + halves.high.text + ", low " + halves.low.text + ")"
-                   : fileTime.text,
-       fileTime.ok);
-  line(".NET ticks", show(Form::kTicks, in).text, true);
-  Shown dos = show(Form::kDos, in);
-  if (dos.ok) dos.text = "date " + dos.text.substr(0, 6) + ", time " + dos.text.substr(7);
-  line("DOS local", dos.text, dos.ok);
-  const Shown ole = show(Form::kOle, in);
-  line("OLE date", ole.text, ole.ok);
   if (!withLog) return;
   out += "  log:\n";
   const std::string log = logOf(in.value);
@@ -125,40 +112,41 @@ void appendJson(const char* input, size_t size, const Instant& in, std::string& 
     name(field);
     appendJsonString(value.data(), value.size(), out);
   };
-  auto form = [&](const char* field, const Shown& s, bool quoted) {
+  auto form = [&](const char* field, const Shown& s, bool number) {
     name(field);
     if (!s.ok) {
       out += "null";
-    } else if (quoted) {
-      appendJsonString(s.text.data(), s.text.size(), out);
-    } else {
+    } else if (number) {
       out += s.text;
+    } else {
+      appendJsonString(s.text.data(), s.text.size(), out);
     }
   };
   name("input");
   appendJsonString(input, size, out);
   text("readAs", readingOf(in.value));
-  form("rfc3339", show(Form::kRfc3339, in), true);
-  form("rfc3339Local", show(Form::kRfc3339Local, in), true);
+  form(formRow(Form::kRfc3339).json, show(Form::kRfc3339, in), false);
+  form(formRow(Form::kRfc3339Local).json, show(Form::kRfc3339Local, in), false);
   Clock local{};
   std::string why;
   const bool haveLocal = localClock(in, local, why);
-  form("zone", Shown{haveLocal, haveLocal ? local.fields.tm_zone : ""}, true);
+  form("zone", Shown{haveLocal, haveLocal ? local.fields.tm_zone : ""}, false);
   text("dayOfWeek", dayName(gmtDayOfWeek(in)));
-  form("iso8601", show(Form::kIso, in), true);
-  form("utcTime", show(Form::kUtcTime, in), true);
-  form("rfc822Gmt", show(Form::kRfc822, in), true);
-  form("rfc822Local", show(Form::kRfc822Local, in), true);
-  form("unix", show(Form::kUnix, in), false);
-  form("fileTime", show(Form::kFileTime, in), false);
-  const Halves halves = halvesOf(in);
-  form("fileTimeHigh", halves.high, true);
-  form("fileTimeLow", halves.low, true);
-  form("ticks", show(Form::kTicks, in), false);
-  const Shown dos = show(Form::kDos, in);
-  form("dosDate", Shown{dos.ok, dos.text.substr(0, 6)}, true);
-  form("dosTime", Shown{dos.ok, dos.ok ? dos.text.substr(7) : ""}, true);
-  form("ole", show(Form::kOle, in), false);
+  for (const FormRow& row : kFormRows) {
+    if (row.extra == Extra::kClock) continue;  // the fields above
+    const Shown s = show(row.form, in);
+    if (row.extra == Extra::kWords) {
+      form("dosDate", Shown{s.ok, s.text.substr(0, 6)}, false);
+      form("dosTime", Shown{s.ok, s.ok ? s.text.substr(7) : ""}, false);
+      continue;
+    }
+    form(row.json, s, row.jsonNumber);
+    if (row.extra == Extra::kHalves) {
+      const Halves halves = halvesOf(in);
+      form("fileTimeHigh", halves.high, false);
+      form("fileTimeLow", halves.low, false);
+    }
+  }
   out += '}';
 }
 

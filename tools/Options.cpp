@@ -57,19 +57,9 @@ struct Named {
   const char* pattern;  // for Form::kPattern
 };
 
-constexpr Named kForms[] = {
-    {"iso", Form::kIso, nullptr},
-    {"rfc3339", Form::kRfc3339, nullptr},
-    {"rfc3339-local", Form::kRfc3339Local, nullptr},
-    {"utctime", Form::kUtcTime, nullptr},
-    {"rfc822", Form::kRfc822, nullptr},
-    {"rfc822-local", Form::kRfc822Local, nullptr},
-    {"unix", Form::kUnix, nullptr},
-    {"filetime", Form::kFileTime, nullptr},
-    {"ticks", Form::kTicks, nullptr},
-    {"dos", Form::kDos, nullptr},
-    {"ole", Form::kOle, nullptr},
-};
+#define ZPDATE_TO_ROW(name, option, ...) {option, Form::name, nullptr},
+constexpr Named kForms[] = {ZPDATE_FORMS(ZPDATE_TO_ROW)};
+#undef ZPDATE_TO_ROW
 
 // GNU date's -I and --rfc-3339 formats.
 constexpr Named kIso8601[] = {

@@ -72,18 +72,10 @@ constexpr char kHelp[] =
     "  20240307090503Z                 ASN.1 GeneralizedTime\n"
     "  Thu, 07 Mar 2024 09:05:03 GMT   RFC 822/1123, RFC 850, asctime, ISO 8601\n"
     "\n"
-    "FORM is one of (GMT unless named local; local here is +01:00):\n"
-    "  iso             20240307T090503Z\n"
-    "  rfc3339         2024-03-07T09:05:03Z, with .123 when milliseconds are not 0\n"
-    "  rfc3339-local   2024-03-07T10:05:03+01:00, the same on the local clock\n"
-    "  utctime         240307090503Z, the years 1950 to 2049\n"
-    "  rfc822          Thu, 07 Mar 2024 09:05:03 GMT\n"
-    "  rfc822-local    Thu, 07 Mar 2024 10:05:03 +0100\n"
-    "  unix            1709802303\n"
-    "  filetime        133542759030000000, from 1601\n"
-    "  ticks           638453991030000000\n"
-    "  dos             0x5867 0x50A2, local time from 1980 to 2037\n"
-    "  ole             45358.37850694444, from 0100\n"
+    "FORM is one of (GMT unless named local; local here is +01:00):\n";
+
+// What follows the FORM list, which helpText writes from the forms' table.
+constexpr char kHelpAfterForms[] =
     "\n"
     "Every input is checked before it is written: a text whose fields name no\n"
     "real date or time, a local time that a clock change skips, an instant\n"
@@ -102,6 +94,16 @@ constexpr char kHelp[] =
     "\n"
     "Exit status: 0 if every input was converted, 1 if any was not or reading\n"
     "or writing failed, 2 for a usage error.\n";
+
+std::string helpText() {
+  std::string text = kHelp;
+  for (const zpdate::FormRow& row : zpdate::kFormRows) {
+    char line[96];
+    std::snprintf(line, sizeof line, "  %-15s %s\n", row.name, row.example);
+    text += line;
+  }
+  return text + kHelpAfterForms;
+}
 
 using zpdate::Input;
 using zpdate::Numeric;
@@ -133,14 +135,13 @@ std::vector<Input> samples() {
 
 int convertInputs(const zpdate::Settings& s, const std::vector<Input>& inputs,
                   zpdate::FdWriter& out, zpdate::FdWriter& err) {
-  StringBuffer scratch;
   zpdate::Instant in;
   std::string why, text, messages;
   int status = 0;
   for (const Input& input : inputs) {
     const bool loaded = input.isText
                             ? zpdate::loadText(input.values[0], std::strlen(input.values[0]),
-                                               s.assumeLocal, scratch, in, why)
+                                               s.assumeLocal, in, why)
                             : zpdate::loadNumeric(input.kind, input.values, s.assumeLocal, in, why);
     if (!zpdate::convertOne(s, "", input.label.data(), input.label.size(), loaded ? &in : nullptr,
                             why, false, text, messages)) {
@@ -162,7 +163,7 @@ int main(int argc, char** argv) {
   if (parsed == zpdate::Parsed::kUsageError) return 2;
   zpdate::FdWriter out(STDOUT_FILENO), err(STDERR_FILENO);
   if (parsed != zpdate::Parsed::kRun) {
-    out.write(parsed == zpdate::Parsed::kHelp ? kHelp : kVersion);
+    out.write(parsed == zpdate::Parsed::kHelp ? helpText() : kVersion);
     return out.flush() ? 0 : zpdate::writeFailed(out, err);
   }
   if (o.samples || (o.inputs.empty() && !o.file && isatty(STDIN_FILENO))) {

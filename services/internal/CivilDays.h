@@ -99,6 +99,11 @@ static_assert(daysFromCivil(2024, 3, 7) == 19789 && weekdayFromDays(19789) == 4,
 static_assert(civilFromDays(-719528).year == 0 && civilFromDays(-1).day == 31,
               "0000-01-01 is day -719528; 1969-12-31 is day -1");
 
+// The span the readers store: 0000-01-01 00:00:00 to 9999-12-31 23:59:59.
+constexpr int64_t kFirstReadSecond = daysFromCivil(0, 1, 1) * kSecondsPerDay;
+constexpr int64_t kLastReadSecond = (daysFromCivil(9999, 12, 31) + 1) * kSecondsPerDay - 1;
+static_assert(kLastReadSecond == 253402300799, "9999-12-31 23:59:59");
+
 // A count of seconds since 1970 broken down into UTC fields, as gmtime_r
 // breaks it down, for any count whose year an int64_t holds.
 struct CivilTime {

@@ -14,6 +14,7 @@
 
 #include "services/internal/CivilDays.h"
 #include "services/internal/TextBytes.h"
+#include "time/ZephalText.h"
 
 class LogBase;
 
@@ -30,6 +31,7 @@ struct Reading {
   const char* at = nullptr;        // the byte the failure was found at
   const char* dayAt = nullptr;     // the day field, checked against its month last
   const char* yearAt = nullptr;    // the year field, checked after the move to GMT
+  ZephalDateOrder order = ZephalDateOrder::kUnknown;  // the caller's, for numeric dates
 };
 
 inline const char* failAt(Reading& r, const char* at, const char* why) {

@@ -2,6 +2,7 @@
 // value. Internal to the module and its date parser.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 #include "services/internal/CivilDays.h"
@@ -52,6 +53,12 @@ inline bool settle(Reading& r, ZephalSysTime& value) {
   value.m_isDst = -1;
   return true;
 }
+
+// The two readers of the date parser, with the refusal left in `r` rather
+// than logged: parseRFC822Date's (a zero-terminated text) and
+// AtomDateToSysTime's (`size` bytes, a zero among them refused).
+bool readMailText(const char* text, ZephalSysTime& value, Reading& r);
+bool readAtomText(const char* text, size_t size, ZephalSysTime& value, Reading& r);
 
 // An HTTP date, "Thu, 07 Mar 2024 09:05:03 GMT" and nothing else, read as
 // parseRFC822Date would read it; false, with nothing reported and the value
