@@ -40,7 +40,7 @@ TEST(LoadAnyFormat, RefusedTextsLeaveWhatTheParsersLeft) {
 // Texts for the JSON and decimal forms made from parts: counts around the
 // 32- and 64-bit limits, signs, zone suffixes of every length, blanks,
 // escapes, other brackets, and a zero byte at each place.
-std::vector<std::string> jsonAndDecimalTexts() {
+std::vector<std::string> zptest::jsonAndDecimalTexts() {
   const char* const counts[] = {"",     "0",          "1",     "999",  "1000", "0001700000000000",
                                 "1700000000999", "4294967295000", "4294967296000",
                                 "253402300799000", "999999999999999999", "9223372036854775807",

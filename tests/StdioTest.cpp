@@ -112,7 +112,8 @@ TEST(StdioHelpers, StrChrAndToUnsignedLong) {
   const char* text = "1700+0100-05";
   for (int ch : {'+', '-', '1', 'z', '\0'}) EXPECT_EQ(zpStrChr(text, ch), std::strchr(text, ch));
   EXPECT_EQ(zpStrChr(static_cast<const char*>(nullptr), '+'), nullptr);
-  for (long long v : {LLONG_MIN, -1LL, 0LL, 4294967295LL, LLONG_MAX}) {
-    EXPECT_EQ(zp64::toUnsignedLong(v), v < 0 ? 0UL : static_cast<unsigned long>(v)) << v;
-  }
+  const struct { long long in; unsigned long out; } counts[] = {
+      {LLONG_MIN, 0}, {-1, 0}, {0, 0}, {4294967295, 4294967295}, {LLONG_MAX, 9223372036854775807},
+  };
+  for (const auto& c : counts) EXPECT_EQ(zp64::toUnsignedLong(c.in), c.out) << c.in;
 }

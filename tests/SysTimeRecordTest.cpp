@@ -7,19 +7,10 @@
 
 using namespace zptest;
 
-TEST(SysTimeRecord, LayoutAndDefaults) {
-  static_assert(std::is_base_of<ZephalObject, ZephalSysTime>::value, "public base");
-  static_assert(std::has_virtual_destructor<ZephalSysTime>::value, "virtual destructor");
+TEST(SysTimeRecord, DefaultsAndClear) {
   ZephalSysTime t;
   EXPECT_EQ(stateOf(t), kClearedState);
   EXPECT_EQ(t.heapUsage(), 0u);
-
-  // The four flags follow the fields directly, then m_isDst.
-  const auto* base = reinterpret_cast<const char*>(&t.m_time);
-  EXPECT_EQ(reinterpret_cast<const char*>(&t.m_bLocal) - base, 16);
-  EXPECT_EQ(reinterpret_cast<const char*>(&t.m_bFromUnknownTimezone) - base, 19);
-  EXPECT_EQ(reinterpret_cast<const char*>(&t.m_isDst) - base, 20);
-
   t = marked(makeTime({2024, 3, 7, 9, 5, 3}, true, 250));
   t.clear();
   EXPECT_EQ(stateOf(t), kClearedState);

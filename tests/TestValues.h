@@ -105,4 +105,7 @@ auto atOneSecond(Body body) {
   }
 }
 
+// Texts for the loader's JSON and decimal forms made from parts (LoaderTest.cpp).
+std::vector<std::string> jsonAndDecimalTexts();
+
 }  // namespace zptest

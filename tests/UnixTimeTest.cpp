@@ -34,12 +34,15 @@ TEST(UnixTime, LoadAndCountAgreeWithPython) {
 // stored as its low 16 bits; past tm_year INT_MAX the value stays cleared.
 // Every path that breaks a count down goes through the same load.
 TEST(UnixTime, FarCountsKeepTheLow16BitsOfTheYear) {
-  const struct { long long count; std::string state; } rows[] = {
-      {67767976233532799, "65535 12 31 23 59 59 2 ms=0 gmt flags=110 dst=-1"},  // 2^31 - 1
-      {67767976233532800, "0 1 1 0 0 0 3 ms=0 gmt flags=110 dst=-1"},           // 2^31
-      {67768036191676799, "1899 12 31 23 59 59 3 ms=0 gmt flags=110 dst=-1"},  // tm_year INT_MAX
-      {67768036191676800, kClearedState},
-      {LLONG_MAX, kClearedState},
+  const struct { long long count; std::string state, log; } rows[] = {
+      {67767976233532799,  // year 2^31 - 1
+       "65535 12 31 23 59 59 2 ms=0 gmt flags=110 dst=-1", "12/31/65535 23:59:59"},
+      {67767976233532800,  // year 2^31
+       "0 1 1 0 0 0 3 ms=0 gmt flags=110 dst=-1", "1/1/0 0:00:00"},
+      {67768036191676799,  // tm_year INT_MAX
+       "1899 12 31 23 59 59 3 ms=0 gmt flags=110 dst=-1", "12/31/1899 23:59:59"},
+      {67768036191676800, kClearedState, "0/0/0 0:00:00"},
+      {LLONG_MAX, kClearedState, "0/0/0 0:00:00"},
   };
   for (const auto& r : rows) {
     SCOPED_TRACE(r.count);
@@ -56,8 +59,9 @@ TEST(UnixTime, FarCountsKeepTheLow16BitsOfTheYear) {
     EXPECT_EQ(stateOf(fromFile), r.state);
     ft.toSystemTime_local(fromFile);
     EXPECT_TRUE(fromFile.m_bLocal);
-    LogNull log;
+    LogRecorder log;  // the record of the fields as the breakdown left them
     ft.logFileTimeAsGmt("far", log);
+    EXPECT_EQ(log.render(), "far:\n  gmtDateTime: " + r.log + "\n");
   }
 }
 

@@ -25,25 +25,8 @@ struct Outcome {
   std::string out, err;
 };
 
-// A table field: C escapes (\t \n \r \\ \xHH); "-" is empty.
-std::string unescape(const std::string& field) {
-  if (field == "-") return "";
-  std::string out;
-  for (size_t i = 0; i < field.size(); ++i) {
-    if (field[i] != '\\' || i + 1 == field.size()) {
-      out += field[i];
-      continue;
-    }
-    const char c = field[++i];
-    if (c == 'x') {
-      out += static_cast<char>(std::stoi(field.substr(i + 1, 2), nullptr, 16));
-      i += 2;
-    } else {
-      out += c == 't' ? '\t' : c == 'n' ? '\n' : c == 'r' ? '\r' : c;
-    }
-  }
-  return out;
-}
+// A table field: C escapes undone; "-" is empty.
+std::string field(const std::string& text) { return text == "-" ? "" : zptest::unescape(text); }
 
 std::string slurp(const std::string& path) {
   std::ostringstream s;
@@ -94,16 +77,16 @@ TEST(Zpdate, Cases) {
   for (const zptest::Row& row : zptest::readTable("zpdate_cases.tsv")) {
     if (row[0] != "*" && row[0] != zptest::currentTz()) continue;
     std::vector<std::string> args;
-    for (size_t i = 5; i < row.size(); ++i) args.push_back(unescape(row[i]));
-    const std::string out = unescape(row[3]);
-    const Outcome r = zpdate(args, unescape(row[2]), out == "!full");
+    for (size_t i = 5; i < row.size(); ++i) args.push_back(field(row[i]));
+    const std::string out = field(row[3]);
+    const Outcome r = zpdate(args, field(row[2]), out == "!full");
     std::string where = "zpdate";
     for (size_t i = 5; i < row.size(); ++i) where += " " + row[i];
     EXPECT_EQ(r.status, std::stoi(row[1])) << where << "\n" << r.err;
     if (out != "*" && out != "!full") {
       EXPECT_EQ(r.out, out) << where;
     }
-    EXPECT_EQ(r.err, unescape(row[4])) << where;
+    EXPECT_EQ(r.err, field(row[4])) << where;
     if (std::find(args.begin(), args.end(), "--json") != args.end()) expectJsonLines(r.out, where);
     ++ran;
   }
