@@ -20,6 +20,7 @@
 #include "services/internal/OleRange.h"
 #include "services/internal/ParsedReading.h"
 #include "services/zpDateParser.h"
+#include "time/TimeFunctions.h"
 #include "time/ZephalSysTime.h"
 
 namespace {
@@ -45,10 +46,11 @@ bool oleToSeconds(double date, int64_t& seconds) {
   return true;
 }
 
-bool oleToFields(double date, zpcivil::CivilTime& out) {
+// Unix seconds of the instant the date names.
+bool oleToUnixSeconds(double date, int64_t& out) {
   int64_t s;
   if (!oleToSeconds(date, s)) return false;
-  out = zpcivil::breakDown(s + zpole::kEpochDays * kSecondsPerDay);
+  out = s + zpole::kEpochDays * kSecondsPerDay;
   return true;
 }
 
@@ -81,17 +83,8 @@ bool _zpDateParser::TmToVariant(unsigned short year, unsigned short month, unsig
 }
 
 bool _zpDateParser::VariantToTm(double date, tm& out) {
-  zpcivil::CivilTime f;
-  if (!oleToFields(date, f)) return false;
-  out.tm_year = static_cast<int>(f.year - 1900);
-  out.tm_mon = f.month - 1;
-  out.tm_mday = f.day;
-  out.tm_hour = f.hour;
-  out.tm_min = f.minute;
-  out.tm_sec = f.second;
-  out.tm_wday = f.weekday;
-  out.tm_yday = f.yearDay;
-  return true;
+  int64_t seconds;
+  return oleToUnixSeconds(date, seconds) && zp_gmtime(seconds, out);
 }
 
 double _zpDateParser::SystemTimeToVariant(const ZephalSysTime& value) {
@@ -104,8 +97,9 @@ double _zpDateParser::SystemTimeToVariant(const ZephalSysTime& value) {
 }
 
 bool _zpDateParser::VariantToSystemTime(double& date, ZephalSysTime& value) {
-  zpcivil::CivilTime f;
-  if (!oleToFields(date, f)) return false;
+  int64_t seconds;
+  if (!oleToUnixSeconds(date, seconds)) return false;
+  const zpcivil::CivilTime f = zpcivil::breakDown(seconds);
   ZephalCalendarFields& t = value.m_time;
   zpcivil::narrowInto(t, f.year, f.month, f.day, f.hour, f.minute, f.second);  // year [100, 9999]
   t.wDayOfWeek = static_cast<uint16_t>(f.weekday);

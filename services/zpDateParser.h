@@ -68,9 +68,9 @@ class _zpDateParser {
                           unsigned short hour, unsigned short minute, unsigned short second,
                           double& date);
 
-  // Fills tm_year, tm_mon, tm_mday, tm_hour, tm_min, tm_sec, tm_wday and
-  // tm_yday, rounding to the nearest second. False for NaN, infinities and
-  // dates outside the range, with `out` unchanged.
+  // Breaks the date down into `out` as gmtime_r would (tm_year .. tm_yday,
+  // tm_isdst 0, zone GMT), rounding to the nearest second. False for NaN,
+  // infinities and dates outside the range, with `out` unchanged.
   static bool VariantToTm(double date, tm& out);
 
   // The date of the value's calendar fields (to the second, whatever its zone
