@@ -36,6 +36,26 @@ const char* settleAmbiguous(const char* name, const char* p, Reading& r) {
   return failAt(r, name, "zone name with several offsets");
 }
 
+// After GMT, UT or UTC, the offset from GMT that follows the name, if any:
+// JavaScript's GMT+0100, read as any offset is, and ICU's GMT-5, GMT+5:30
+// and UTC−5, whose hour may have one digit and whose minus may be U+2212.
+const char* readOffsetFromGmt(const char* p, Reading& r) {
+  const bool unicodeMinus = p[0] == '\xE2' && p[1] == '\x88' && p[2] == '\x92';
+  if (!unicodeMinus && !isSign(*p)) return p;
+  const char* const digits = p + (unicodeMinus ? 3 : 1);
+  if (!unicodeMinus && isDigit(digits[0]) && isDigit(digits[1])) return readOffset(p, r);
+  int hours, minutes = 0, width;
+  const char* q = readDigits(digits, 2, hours, width, r, "bad zone offset");
+  if (q && *q == ':') {
+    q = readFixed(q + 1, 2, 0, 59, minutes, r, "bad zone offset", "zone offset out of range");
+  }
+  if (!q) return nullptr;
+  if (hours > 23) return failAt(r, p, "zone offset out of range");
+  r.offset = (unicodeMinus || *p == '-' ? -1 : 1) * (hours * 60 + minutes);
+  r.offsetEnd = q;
+  return q;
+}
+
 // "++0100", "+-0000": which sign was meant cannot be told (Python, libcurl
 // and Go read such texts three ways), so the fields stand as written, the
 // zone unknown, as for -0000.
@@ -60,9 +80,7 @@ const char* readZone(const char* p, Reading& r, bool mail) {
   switch (key) {
     case nameKey("gmt"): case nameKey("ut"): case nameKey("utc"):
       r.offset = 0;
-      // JavaScript writes GMT+0100: the offset from GMT follows the name.
-      if (isSign(*p)) return readOffset(p, r);
-      return p;
+      return readOffsetFromGmt(p, r);
     case nameKey("z"): r.offset = 0; return p;
     case nameKey("est"): r.offset = -5 * 60; return p;
     case nameKey("edt"): r.offset = -4 * 60; return p;

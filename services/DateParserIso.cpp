@@ -18,6 +18,9 @@
 //   2024-03-07 10:05:03,123                Python's logging: zone unknown
 //   2024-03-07 09:05:03 GMT                a zone name, as after a mail date
 //   2024/03/07 10:05:03                    Go's log package: zone unknown
+//   2026/1/25 0:32:01  2015.12.16 03:04    Japanese and Chinese software: '/' or '.',
+//                                          fields unpadded, a 12-hour clock or a date
+//                                          alone too (as DateParserPeople.cpp reads them)
 //   2024-03-07                             a date alone: midnight, zone unknown
 //   20240307T090503Z                       the basic form (getIso8601Timestamp); also
 //                                          20240307t0905+0100
@@ -28,11 +31,11 @@
 // RFC 3339 (AtomDateToSysTime) is the strict subset: a T or t, seconds,
 // two-digit fields, a zone right after the time, nothing after the zone.
 //
-// Refused: one-digit fields, a two-digit year, a date alone with a zone, a
-// bracketed zone without an offset (only tzdata could tell its offset), and
-// Unix counts without a fraction (the loader reads those) or of fewer than
-// nine digits (1973 on; shorter numbers are more often versions or
-// durations than instants).
+// Refused: one-digit fields (but with '/' or '.'), a two-digit year, a date
+// alone with a zone, a bracketed zone without an offset (only tzdata could
+// tell its offset), and Unix counts without a fraction (the loader reads
+// those) or of fewer than nine digits (1973 on; shorter numbers are more
+// often versions or durations than instants).
 #include "services/internal/DateCursor.h"
 #include "services/internal/FastPaths.h"
 #include "services/internal/FixedDates.h"
@@ -42,37 +45,47 @@ namespace {
 
 using zpcivil::kLastReadSecond;
 
-// yyyy-mm-dd, or yyyy/mm/dd when `sep` is '/', the '-' or '/' at p and the
-// year read.
-inline const char* readMonthAndDay(const char* p, char sep, Reading& r) {
+// yyyy-mm-dd, the '-' at p and the year read.
+inline const char* readMonthAndDay(const char* p, Reading& r) {
   p = readFixed(p + 1, 2, 1, 12, r.f.month, r, "bad month", "month out of range");
   if (!p) return nullptr;
-  if (*p != sep) return failAt(r, p, sep == '-' ? "expected '-' after the month"
-                                                : "expected '/' after the month");
+  if (*p != '-') return failAt(r, p, "expected '-' after the month");
   r.dayAt = p + 1;
   return readFixed(p + 1, 2, 0, 99, r.f.day, r, "bad day", "day out of range");
 }
 
-// The separator between date and time: T, t or white space (white space
-// only between slashes).
-inline const char* readDateTimeSeparator(const char* p, char sep, Reading& r) {
-  if (sep == '-' && (*p == 'T' || *p == 't')) return p + 1;
+// yyyy/m/d or yyyy.m.d as Go's log package, Japanese and Chinese software
+// write it, the fields padded or not, the '/' or '.' at p and the year read;
+// then a date alone, or a time as people write it.
+const char* readSlashedYearFirst(const char* p, Reading& r) {
+  const char sep = *p;
+  int month;
+  p = readOneOrTwo(p + 1, 12, month, r, "bad month", "month out of range");
+  if (!p) return nullptr;
+  if (month == 0) return failAt(r, p - 1, "month out of range");
+  r.f.month = month;
+  if (*p != sep) return failAt(r, p, "expected the date's separator after the month");
+  r.dayAt = p + 1;
+  p = readOneOrTwo(p + 1, 99, r.f.day, r, "bad day", "day out of range");
+  return p ? readClockTail(p, r, true) : nullptr;
+}
+
+// The separator between date and time: T, t or white space.
+inline const char* readDateTimeSeparator(const char* p, Reading& r) {
+  if (*p == 'T' || *p == 't') return p + 1;
   return needCfws(p, r, "expected T or a space after the date");
 }
 
-// The extended forms, the year read and p at its separator.
+// The extended form, the year read and p at its '-'.
 const char* readExtended(const char* p, Reading& r) {
-  const char sep = *p;
-  p = readMonthAndDay(p, sep, r);
+  p = readMonthAndDay(p, r);
   if (!p) return nullptr;
-  if (sep == '-') {
-    const char* q = skipCfws(p, r);
-    if (q && *q == '\0') {
-      r.f.hour = r.f.minute = r.f.second = r.f.millis = 0;
-      return q;
-    }
+  const char* q = skipCfws(p, r);
+  if (q && *q == '\0') {
+    r.f.hour = r.f.minute = r.f.second = r.f.millis = 0;
+    return q;
   }
-  p = readDateTimeSeparator(p, sep, r);
+  p = readDateTimeSeparator(p, r);
   if (!p) return nullptr;
   p = readTime(p, r, TimeStyle::kIso);
   return p ? readIsoZone(p, r) : nullptr;
@@ -104,6 +117,12 @@ const char* readBasic(const char* p, int ymd, Reading& r) {
   if (r.f.second > 60) return failAt(r, time + 4, "second out of range");
   if (w == 6) p = readFraction(p, r);
   return readIsoZone(p, r);
+}
+
+// ".12.16" after a year, as against the point of Unix seconds: a month of
+// one or two digits and a second '.'.
+bool isDottedDate(const char* p) {
+  return isDigit(p[1]) && (p[2] == '.' || (isDigit(p[2]) && p[3] == '.'));
 }
 
 // Unix seconds, `digits` of them at p, then the point and the fraction.
@@ -138,11 +157,11 @@ const char* readYearFirst(const char* p, Reading& r) {
   int n = 0;
   while (n < 13 && isDigit(p[n])) ++n;
   const char after = p[n];
-  if (after == '.' && isDigit(p[n + 1]) && n <= 12) return readUnixFraction(p, n, r);
-  if (n == 4 && (after == '-' || after == '/')) {
+  if (n == 4 && (after == '-' || after == '/' || (after == '.' && isDottedDate(p + 4)))) {
     r.f.year = (p[0] - '0') * 1000 + (p[1] - '0') * 100 + (p[2] - '0') * 10 + (p[3] - '0');
-    return readExtended(p + 4, r);
+    return after == '-' ? readExtended(p + 4, r) : readSlashedYearFirst(p + 4, r);
   }
+  if (after == '.' && isDigit(p[n + 1]) && n <= 12) return readUnixFraction(p, n, r);
   if (n == 8 && (after == 'T' || after == 't')) {
     int ymd = 0;
     for (int i = 0; i < 8; ++i) ymd = ymd * 10 + (p[i] - '0');
@@ -159,7 +178,7 @@ const char* readRfc3339Fields(const char* p, Reading& r) {
   p = readFixed(p, 4, 0, 9999, r.f.year, r, "bad year", "bad year");
   if (!p) return nullptr;
   if (*p != '-') return failAt(r, p, "expected '-' after the year");
-  p = readMonthAndDay(p, '-', r);
+  p = readMonthAndDay(p, r);
   if (!p) return nullptr;
   if (*p != 'T' && *p != 't') return failAt(r, p, "expected T after the date");
   return readTime(p + 1, r, TimeStyle::kRfc3339);

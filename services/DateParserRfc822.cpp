@@ -1,6 +1,7 @@
 // parseRFC822Date: the date texts of mail and HTTP and the shapes common
 // software writes. Year-first texts (ISO 8601, Unix seconds with a fraction)
-// are read in DateParserIso.cpp.
+// are read in DateParserIso.cpp, what people and office software write
+// (numeric dates, 12-hour clocks, a date alone) in DateParserPeople.cpp.
 //
 // Forms read (tests/data/rfc822_accept.tsv starts from this list):
 //
@@ -63,8 +64,10 @@
 //     refused unless a numeric offset follows it;
 //   - where the zone comes before the year (date(1)), the year ends the
 //     date: "Thu Mar 07 10:05:03 +0100 2024 -0800" is read at +0100;
-//   - a date needs a time: "07 Mar 2024" alone is refused, as RFC 5322 says;
-//     so is syslog's yearless "Mar  7 09:05:03";
+//   - a date alone, which RFC 5322 does not allow but people write, is
+//     midnight with the zone unknown when its year has four digits ("07 Mar
+//     2024"; DateParserPeople.cpp); syslog's yearless "Mar  7 09:05:03" is
+//     refused;
 //   - numeric offsets go up to 23:59; the GMT reading must fall in years 0-9999.
 #include <cstdint>
 #include <cstring>
@@ -95,7 +98,7 @@ inline const char* readYear(const char* p, Reading& r, bool dashed = false) {
   return q;
 }
 
-// day month year time [zone], the day read and p just after it. '-' may
+// day month year [time [zone]], the day read and p just after it. '-' may
 // join day, month and year (RFC 850) and '/' too (access logs, whose year
 // a ':' joins to the time); a joiner, once used, joins all three.
 inline const char* readDayFirst(const char* p, int day, Reading& r) {
@@ -114,13 +117,8 @@ inline const char* readDayFirst(const char* p, int day, Reading& r) {
   }
   p = readYear(p, r, joiner == '-');
   if (!p) return nullptr;
-  if (joiner == '/' && *p == ':') {
-    ++p;
-  } else {
-    p = needCfws(p, r, "expected a space after the year");
-    if (!p) return nullptr;
-  }
-  p = readTime(p, r, TimeStyle::kMail);
+  if (joiner != '/' || *p != ':') return readClockTail(p, r, joiner == '-');
+  p = readTime(p + 1, r, TimeStyle::kMail);
   return p ? readMailZone(p, r) : nullptr;
 }
 
@@ -140,8 +138,8 @@ inline const char* readZoneThenYear(const char* p, Reading& r) {
 }
 
 // Month first, the month read and p just after its name: asctime and git
-// (month day time year [zone]), date(1) (month day time zone year) and
-// JavaScript (month day year time zone).
+// (month day time year [zone]), date(1) (month day time zone year),
+// JavaScript (month day year time zone) and people (month day, year [time]).
 inline const char* readMonthFirst(const char* p, Reading& r) {
   int w;
   p = needCfws(p, r, "expected a space after the month");
@@ -149,17 +147,18 @@ inline const char* readMonthFirst(const char* p, Reading& r) {
   r.dayAt = p;
   p = readDigits(p, 2, r.f.day, w, r, "bad day");
   if (!p) return nullptr;
+  if (*p == ',') {  // people's "Jan 25, 2026"
+    p = skipCfws(p + 1, r);
+    if (p) p = readYear(p, r);
+    return p ? readClockTail(p, r, false) : nullptr;
+  }
   p = needCfws(p, r, "expected a space after the day");
   if (!p) return nullptr;
   const char* q = p;
   while (isDigit(*q)) ++q;
   if (*q != ':') {
     p = readYear(p, r);
-    if (!p) return nullptr;
-    p = needCfws(p, r, "expected a space after the year");
-    if (!p) return nullptr;
-    p = readTime(p, r, TimeStyle::kMail);
-    return p ? readMailZone(p, r) : nullptr;
+    return p ? readClockTail(p, r, false) : nullptr;
   }
   p = readTime(p, r, TimeStyle::kMail);
   if (!p) return nullptr;
@@ -222,6 +221,7 @@ inline const char* readDate(const char* p, Reading& r) {
     dayName = true;
   }
   if (!isDigit(*p)) return failAt(r, p, "expected a date");
+  if (startsNumericDate(p)) return readNumericDate(p, r);
   if (!isDigit(p[1]) || !isDigit(p[2])) {
     r.dayAt = p;
     int day, w;

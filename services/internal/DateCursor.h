@@ -99,7 +99,7 @@ inline int monthFromKey(uint64_t key) {
     case nameKey("jun"): case nameKey("june"): return 6;
     case nameKey("jul"): case nameKey("july"): return 7;
     case nameKey("aug"): case nameKey("august"): return 8;
-    case nameKey("sep"): case nameKey("september"): return 9;
+    case nameKey("sep"): case nameKey("sept"): case nameKey("september"): return 9;
     case nameKey("oct"): case nameKey("october"): return 10;
     case nameKey("nov"): case nameKey("november"): return 11;
     case nameKey("dec"): case nameKey("december"): return 12;
@@ -322,6 +322,18 @@ const char* readRfc3339(const char* p, Reading& r);
 // RFC 3339's zone, p just after the time: Z, z, +hh:mm, +hhmm or +hh
 // (DateParserIso.cpp).
 const char* readRfc3339Zone(const char* p, Reading& r);
+
+// Dates as people and office software write them (DateParserPeople.cpp).
+// startsNumericDate: one or two digits at p, then '/', '-' or '.' and a
+// digit. readNumericDate: such a date (3/7/2024, 25.1.2026), in r.order or
+// the one order that gives a date, then readClockTail. readClockTail, p just
+// after a date's year: the end (midnight; a two-digit year only where
+// `shortYearAlone`), or [','] [at] a time, AM or PM, and a zone. readMeridiem, p just after a time: AM, PM, a.m. or p.m. after
+// a space, U+00A0 or U+202F, moving the hour to 24 hours; p when none.
+bool startsNumericDate(const char* p);
+const char* readNumericDate(const char* p, Reading& r);
+const char* readClockTail(const char* p, Reading& r, bool shortYearAlone);
+const char* readMeridiem(const char* p, Reading& r);
 
 // ---- Results ----------------------------------------------------------------------
 

@@ -110,6 +110,9 @@ def unix_reading(text):
 # (text, oracle) with oracle EMAIL, ISO or explicit fields(...).
 
 RFC822_ACCEPT = [
+    # A date alone, and day.month.year: fields as written, zone unknown.
+    ("07 Mar 2024", fields(2024, 3, 7, 0, 0, 0, 0, None)),
+    ("07.03.2024 09:05", fields(2024, 3, 7, 9, 5, 0, 0, None)),
     # The forms of the parser's opening list.
     ("Thu, 07 Mar 2024 09:05:03 GMT", EMAIL),
     ("07 Mar 2024 09:05:03 +0000", EMAIL),
@@ -374,6 +377,11 @@ TRUNCATED = [
     "Thu, 07 Mar 2024 09:05:03 +0100 (CET)",
 ]
 COMPLETE_PREFIXES = [
+    # A date alone is midnight, its zone unknown; email.utils wants a time.
+    ("Thu, 07 Mar 2024", fields(2024, 3, 7, 0, 0, 0, 0, None)),
+    ("Thu, 07 Mar 2024 ", fields(2024, 3, 7, 0, 0, 0, 0, None)),
+    ("Sunday, 06-Nov-94", fields(1994, 11, 6, 0, 0, 0, 0, None)),
+    ("Sunday, 06-Nov-94 ", fields(1994, 11, 6, 0, 0, 0, 0, None)),
     ("Thu, 07 Mar 2024 09:0", EMAIL),
     ("Thu, 07 Mar 2024 09:05", EMAIL),
     ("Thu, 07 Mar 2024 09:05:0", EMAIL),
@@ -458,8 +466,8 @@ RFC822_REJECT = [
     ("Thu07 Mar 2024 09:05:03 GMT", "day name and day run together"),
     ("Thu, 07 Mrz 2024 09:05:03 GMT", "unknown month name"),
     ("Thu, 07 Marc 2024 09:05:03 GMT", "unknown month name"),
-    ("Thu, 07 Mar 2024", "no time (lax: midnight)"),
-    ("07 Mar 2024", "no time"),
+    ("Thu, 07 Mar 20", "a two-digit year alone", "a date alone needs a four-digit year at byte 12"),
+    ("Thu, 07 Mar 124", "a three-digit year alone", "a date alone needs a four-digit year at byte 12"),
     ("Thu, 07 Mar 2024 09 GMT", "hour without minutes"),
     ("Thu, 07 Mar 4 09:05:03 GMT", "one-digit year"),
     ("Thu, 07 Mar 20245 09:05:03 GMT", "five-digit year"),
@@ -471,7 +479,8 @@ RFC822_REJECT = [
     ("Thu,07Mar2024 09:05:03 GMT", "fields run together"),
     ("Thu 2024-03-07 09:05", "day name before an ISO date"),
     ("2024-3-07 09:05:03", "one-digit ISO month"),
-    ("24-03-07 09:05:03", "two-digit ISO year"),
+    ("24-03-07 09:05:03", "two-digit ISO year or day first",
+     "day and month order unknown at byte 0"),
     ("2024-03-07T9:05:03Z", "one-digit ISO hour"),
     ("2024-03-07T09:05:03Zjunk", "trailing data"),
     ("2024-03-07 T09:05:03", "space before T"),
@@ -517,7 +526,6 @@ RFC822_REJECT = [
     ("2024-03-07T10:05:03[Europe/Berlin]", "bracketed zone without an offset",
      "expected a zone at byte 19"),
     ("2024-03-07 GMT", "a date alone with a zone", "bad hour at byte 11"),
-    ("07.03.2024 09:05", "dotted date", "expected a space after the day at byte 2"),
     ("07/Mar-2024:09:05:03 +0000", "mixed joiners",
      "expected the day's joiner after the month at byte 6"),
     ("1709802303", "Unix seconds without a fraction (the loader's form)",
