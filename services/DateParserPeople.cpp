@@ -174,7 +174,7 @@ const char* readNumericDate(const char* p, Reading& r) {
   ZephalDateOrder order = sep == '.' ? ZephalDateOrder::kDayMonthYear : r.order;
   if (order == ZephalDateOrder::kUnknown && !chooseOrder(n, at, order, r)) return nullptr;
   if (!arrange(n, order, r.f.year, r.f.month, r.f.day)) {
-    return failAt(r, third, "a year-first date ends in its day");
+    return failAt(r, third, "a four-digit year last, where the order puts it first");
   }
   const bool dayFirst = order == ZephalDateOrder::kDayMonthYear;
   const char* const monthAt = order == ZephalDateOrder::kMonthDayYear ? at : second;

@@ -92,7 +92,7 @@ BlockCount convertBlock(const Settings& s, const char* data, size_t size, unsign
       shown = nullptr;
       length = 0;
     } else {
-      loaded = loadText(line, length, s.assumeLocal, in, why);
+      loaded = loadText(line, length, s.reading, in, why);
     }
     if (loaded && s.shape == Settings::Shape::kForm) {  // the common case, without a detour
       if (appendFormLine(s, buffered, in, out, text, why)) continue;

@@ -20,7 +20,7 @@ struct Settings {
   Shape shape = Shape::kBlock;
   Form form = Form::kIso;  // for kForm
   std::string pattern;     // for Form::kPattern
-  bool assumeLocal = false;
+  TextReading reading;
   bool log = false;  // kBlock: add the module's log record
 };
 

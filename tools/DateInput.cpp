@@ -68,14 +68,19 @@ bool loadOle(const char* text, bool assumeLocal, Instant& out, std::string& why)
 
 long long unixSeconds(const Instant& in) { return in.gmt.toUnixTime_gmt64(); }
 
-bool loadText(const char* text, size_t size, bool assumeLocal, Instant& out, std::string& why) {
+bool loadText(const char* text, size_t size, const TextReading& how, Instant& out,
+              std::string& why) {
+  ZephalTextOptions options;
+  options.order = how.order;
+  options.layouts = how.layouts.data();
+  options.layoutCount = how.layouts.size();
   ZephalSysTime value;
   ZephalTextError error;
-  if (!zpReadDate({text, size}, ZephalTextOptions{}, value, error)) {
+  if (!zpReadDate({text, size}, options, value, error)) {
     describeRefusal(error, why);
     return false;
   }
-  if (assumeLocal && value.m_bFromUnknownTimezone && !value.m_bLocal) {
+  if (how.assumeLocal && value.m_bFromUnknownTimezone && !value.m_bLocal) {
     value.m_bLocal = true;
     value.m_isDst = -1;
   }

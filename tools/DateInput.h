@@ -12,8 +12,11 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "time/ZephalSysTime.h"
+#include "time/ZephalText.h"
 
 namespace zpdate {
 
@@ -26,9 +29,18 @@ struct Instant {
 // Its Unix seconds, rounded down; worked out when a form asks, as most do not.
 long long unixSeconds(const Instant& in);
 
-// Loads a date text of `size` bytes, which may hold any bytes. With
-// `assumeLocal` a text that states no zone is read as local wall-clock time.
-bool loadText(const char* text, size_t size, bool assumeLocal, Instant& out, std::string& why);
+// What the user says of the texts: the order of numeric dates, layouts to
+// try first (--input-format; views into the command line), and whether a
+// text that states no zone is local wall-clock time.
+struct TextReading {
+  ZephalDateOrder order = ZephalDateOrder::kUnknown;
+  std::vector<std::string_view> layouts;
+  bool assumeLocal = false;
+};
+
+// Loads a date text of `size` bytes, which may hold any bytes.
+bool loadText(const char* text, size_t size, const TextReading& how, Instant& out,
+              std::string& why);
 
 // The numeric inputs, each named by its option.
 enum class Numeric { kUnix, kUnixMs, kFileTime, kTicks, kDos, kOle, kNow };

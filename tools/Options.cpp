@@ -17,6 +17,7 @@ enum : int {
   kJson,
   kLog,
   kAssumeLocal,
+  kDateOrder,
   kSamples,
   kFirstNumeric,  // kFirstNumeric + Numeric::k... names each numeric input
 };
@@ -35,6 +36,8 @@ const option kOptions[] = {
     {"json", no_argument, nullptr, kJson},
     {"log", no_argument, nullptr, kLog},
     {"assume-local", no_argument, nullptr, kAssumeLocal},
+    {"date-order", required_argument, nullptr, kDateOrder},
+    {"input-format", required_argument, nullptr, 'i'},
     {"samples", no_argument, nullptr, kSamples},
     {"jobs", required_argument, nullptr, 'j'},
     {"unix", required_argument, nullptr, numeric(Numeric::kUnix)},
@@ -49,7 +52,7 @@ const option kOptions[] = {
     {nullptr, 0, nullptr, 0},
 };
 // "-" first: operands come back in place (as option 1), so inputs keep their order.
-constexpr char kShortOptions[] = "-d:f:I::Rj:uhV";
+constexpr char kShortOptions[] = "-d:f:i:I::Rj:uhV";
 
 struct Named {
   const char* name;
@@ -163,6 +166,27 @@ bool addNumeric(Options& o, int c, int argc, char** argv) {
   return true;
 }
 
+// --date-order's argument, exactly MDY, DMY or YMD; false after a usage message.
+bool readOrder(const char* arg, ZephalDateOrder& order) {
+  static const struct {
+    const char* name;
+    ZephalDateOrder order;
+  } kOrders[] = {{"MDY", ZephalDateOrder::kMonthDayYear},
+                 {"DMY", ZephalDateOrder::kDayMonthYear},
+                 {"YMD", ZephalDateOrder::kYearMonthDay}};
+  for (const auto& o : kOrders) {
+    if (std::strcmp(arg, o.name) == 0) {
+      order = o.order;
+      return true;
+    }
+  }
+  std::fprintf(stderr,
+               "zpdate: invalid argument '%s' for '--date-order'; valid arguments: MDY, DMY, YMD\n",
+               arg);
+  usage(nullptr);
+  return false;
+}
+
 // -j's N: a whole number from 1 to 1024; 0 for anything else.
 unsigned jobsOf(const char* arg) {
   char* end = nullptr;
@@ -206,7 +230,11 @@ Parsed parseOptions(int argc, char** argv, Options& o) {
       }
       case kJson: chosen = choose(o, Settings::Shape::kJson, nullptr); break;
       case kLog: o.settings.log = true; break;
-      case kAssumeLocal: o.settings.assumeLocal = true; break;
+      case kAssumeLocal: o.settings.reading.assumeLocal = true; break;
+      case kDateOrder:
+        if (!readOrder(optarg, o.settings.reading.order)) return Parsed::kUsageError;
+        break;
+      case 'i': o.settings.reading.layouts.emplace_back(optarg); break;
       case kSamples: o.samples = true; break;
       case 'h': return Parsed::kHelp;
       case 'V': return Parsed::kVersion;

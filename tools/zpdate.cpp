@@ -37,6 +37,12 @@ constexpr char kHelp[] =
     "                          local time\n"
     "      --ole=D             OLE Automation date: days since 1899-12-30\n"
     "      --now               the current time\n"
+    "  -i, --input-format=FORMAT\n"
+    "                          read texts by FORMAT (strptime's conversions, with\n"
+    "                          %N or %f a fraction) before any form below; may be\n"
+    "                          given several times, tried in the order given\n"
+    "      --date-order=ORDER  MDY, DMY or YMD: the order of a numeric date such\n"
+    "                          as 3/7/2024, which its text does not say\n"
     "      --assume-local      read a text whose zone is unknown (none stated, or\n"
     "                          RFC 822's -0000 or a military letter) and an OLE date\n"
     "                          as local time instead of GMT; counts of seconds since\n"
@@ -70,7 +76,16 @@ constexpr char kHelp[] =
     "  1700000000                      Unix seconds, up to 4294967295\n"
     "  240307090503Z                   ASN.1 UTCTime (years 00-49 are 20xx)\n"
     "  20240307090503Z                 ASN.1 GeneralizedTime\n"
-    "  Thu, 07 Mar 2024 09:05:03 GMT   RFC 822/1123, RFC 850, asctime, ISO 8601\n"
+    "  Thu, 07 Mar 2024 09:05:03 GMT   RFC 822/1123, RFC 850, asctime, ISO 8601,\n"
+    "                                  and what people and office software write:\n"
+    "  Jan 25, 2026, 12:32:01 AM       month names in either order, 12-hour clocks\n"
+    "  25 Jan 2026, 00:32              (AM, p.m.), a date alone (midnight)\n"
+    "  21-Oct-2034  25-JAN-26          a database's day-month-year\n"
+    "  25.1.2026, 00:32:01             day.month.year\n"
+    "  2026/1/25 0:32:01               year first, fields unpadded\n"
+    "  3/7/2024  07-03-24 14:05        numeric: in the order --date-order names;\n"
+    "                                  without it, read only when one order gives\n"
+    "                                  a date (13/03/2024), refused otherwise\n"
     "\n"
     "FORM is one of (GMT unless named local; local here is +01:00):\n";
 
@@ -141,8 +156,9 @@ int convertInputs(const zpdate::Settings& s, const std::vector<Input>& inputs,
   for (const Input& input : inputs) {
     const bool loaded = input.isText
                             ? zpdate::loadText(input.values[0], std::strlen(input.values[0]),
-                                               s.assumeLocal, in, why)
-                            : zpdate::loadNumeric(input.kind, input.values, s.assumeLocal, in, why);
+                                               s.reading, in, why)
+                            : zpdate::loadNumeric(input.kind, input.values,
+                                                  s.reading.assumeLocal, in, why);
     if (!zpdate::convertOne(s, "", input.label.data(), input.label.size(), loaded ? &in : nullptr,
                             why, false, text, messages)) {
       status = 1;
