@@ -23,6 +23,10 @@ const char* const kPieces[] = {
     "(",        ")",           " (comment)",  "\r\n ",     "\t",         ".123",
     ".123456789", " m=+0.000123", "[Europe/Berlin]", " trailing words", "Thu", "Mar",
     "2024",     "07",          "09:05:03",    "/Date(",    ")/",         "/Mar/2024:",
+    // What people and office software write.
+    " AM",      " p.m.",       "\xe2\x80\xaf" "PM", "\xc2\xa0" "am", " at ",     "January",
+    "/",        ".",           "25.1.",       "3/7/",      "-JAN-",      " GMT-5",
+    " GMT+5:30", " UTC\xe2\x88\x92" "5", "12:05",   "0:32",      "Sept",
 };
 
 enum class Kind { kDigit, kAlpha, kSpace, kOther };

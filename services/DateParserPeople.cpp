@@ -46,7 +46,8 @@ bool validDate(int year, int month, int day) {
 }
 
 // The fields of a numeric date in `order`; false for an order the fields
-// cannot take (a year first with four digits last).
+// cannot take: a year first needs two digits there and a day last, as no
+// one writes a one-digit year.
 struct NumericFields {
   int first, second, third;  // as written
   int firstWidth, thirdWidth;
@@ -66,7 +67,7 @@ bool arrange(const NumericFields& n, ZephalDateOrder order, int& year, int& mont
       day = n.first;
       return true;
     case ZephalDateOrder::kYearMonthDay:
-      if (n.thirdWidth > 2) return false;
+      if (n.firstWidth != 2 || n.thirdWidth > 2) return false;
       year = zpcivil::yearFromTwoDigits(n.first);
       month = n.second;
       day = n.third;
@@ -78,8 +79,6 @@ bool arrange(const NumericFields& n, ZephalDateOrder order, int& year, int& mont
 
 // The order to read a numeric date in when the caller named none: the one
 // order that gives a date, or the first of several that give the same one.
-// Year first is a candidate only for two-digit fields at both ends
-// (24-03-07): no one writes a one-digit year.
 const char* chooseOrder(const NumericFields& n, const char* at, ZephalDateOrder& order,
                         Reading& r) {
   const ZephalDateOrder kOrders[] = {ZephalDateOrder::kMonthDayYear,
@@ -88,7 +87,6 @@ const char* chooseOrder(const NumericFields& n, const char* at, ZephalDateOrder&
   int found = 0, year = 0, month = 0, day = 0;
   for (ZephalDateOrder candidate : kOrders) {
     int y, m, d;
-    if (candidate == ZephalDateOrder::kYearMonthDay && n.firstWidth != 2) continue;
     if (!arrange(n, candidate, y, m, d) || !validDate(y, m, d)) continue;
     if (found++ > 0 && (y != year || m != month || d != day)) {
       return failAt(r, at, "day and month order unknown");
@@ -174,7 +172,7 @@ const char* readNumericDate(const char* p, Reading& r) {
   ZephalDateOrder order = sep == '.' ? ZephalDateOrder::kDayMonthYear : r.order;
   if (order == ZephalDateOrder::kUnknown && !chooseOrder(n, at, order, r)) return nullptr;
   if (!arrange(n, order, r.f.year, r.f.month, r.f.day)) {
-    return failAt(r, third, "a four-digit year last, where the order puts it first");
+    return failAt(r, at, "no two-digit year first, as the order says");
   }
   const bool dayFirst = order == ZephalDateOrder::kDayMonthYear;
   const char* const monthAt = order == ZephalDateOrder::kMonthDayYear ? at : second;
