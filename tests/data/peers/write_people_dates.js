@@ -35,6 +35,11 @@ for (const [d, t] of [['full', 'long'], ['long', 'short'], ['medium', 'short'], 
   WRITERS.push([`dateStyle=${d} timeStyle=${t}`, null, { dateStyle: d, timeStyle: t }]);
 }
 
+// Without full ICU, Intl falls back to en-US for the other locales.
+if (Intl.DateTimeFormat.supportedLocalesOf(LOCALES).length !== LOCALES.length) {
+  throw new Error(`Node lacks full ICU: ${Intl.DateTimeFormat.supportedLocalesOf(LOCALES)}`);
+}
+
 let input = '';
 process.stdin.on('data', (chunk) => { input += chunk; });
 process.stdin.on('end', () => {
