@@ -31,8 +31,18 @@ constexpr bool sortedAndUnique() {
 }
 static_assert(sortedAndUnique(), "ZoneAbbreviations.inc must be sorted in byte order, no repeats");
 
-// No tzdata abbreviation is longer; longer words are no zone names.
+// No name of the table is longer; longer words are no zone names.
 constexpr size_t kLongestName = 7;
+
+constexpr bool namesFit() {
+  for (const ZoneName& z : kZoneNames) {
+    size_t len = 0;
+    while (z.name[len] != '\0') ++len;
+    if (len == 0 || len > kLongestName) return false;
+  }
+  return true;
+}
+static_assert(namesFit(), "a zone name longer than kLongestName would never be found");
 
 }  // namespace
 

@@ -217,8 +217,10 @@ RFC822_ACCEPT = [
     # A doubled sign leaves the zone unknown, as email.utils does.
     ("Thu, 07 Mar 2024 09:05:03 ++0100", EMAIL),
     ("Thu, 07 Mar 2024 09:05:03 -+0530", EMAIL),
-    # Not an RFC 5322 name, but tzdata gives it one offset since 1970.
-    ("Thu, 07 Mar 2024 09:05:03 AST", EMAIL),
+    # Not RFC 5322 names, but tzdata and Java's short names give them one
+    # offset: Java's Brasilia time, which tzdata writes as -03.
+    ("Thu, 07 Mar 2024 09:05:03 JST", via("Thu, 07 Mar 2024 09:05:03 +0900")),
+    ("Thu, 07 Mar 2024 09:05:03 BRT", via("Thu, 07 Mar 2024 09:05:03 -0300")),
     # One-digit minutes and seconds; a stray byte after the day name.
     ("Thu, 07 Mar 2024 23:1:09 +0000", EMAIL),
     ("Thu, 07 Mar 2024 09:05:3 +0000", EMAIL),
@@ -505,6 +507,12 @@ RFC822_REJECT = [
      "zone name with several offsets at byte 26"),
     ("Thu Mar  7 10:05:03 IST 2024", "IST names several offsets",
      "zone name with several offsets at byte 20"),
+    # Atlantic (-0400) in tzdata, Arabia (+0300) in Java; Bering Daylight
+    # (-1000) in tzdata, Bangladesh (+0600) in Java.
+    ("Thu, 07 Mar 2024 09:05:03 AST", "AST names several offsets",
+     "zone name with several offsets at byte 26"),
+    ("Thu, 07 Mar 2024 09:05:03 BDT", "BDT names several offsets",
+     "zone name with several offsets at byte 26"),
     ("Thu, 07 Mar 2024 09:05:03 XYZ", "unknown zone name", "unknown zone name at byte 26"),
     ("Thu, 07 Mar 2024 09:05:03 GMTx", "a letter run into a zone name", "unknown zone name at byte 26"),
     ("Thu, 07 Mar 124 09:05:03+0100 EST", "a zone touching the seconds",
