@@ -75,23 +75,29 @@ const char* readZone(const char* p, Reading& r, bool mail) {
   p = readWord(p, key, len, r);
   if (!p) return nullptr;
   r.zoneKnown = true;
-  // The RFC 5322 names keep their RFC meaning, whatever else tzdata uses
-  // them for (CST is also China's and Cuba's).
   switch (key) {
     case nameKey("gmt"): case nameKey("ut"): case nameKey("utc"):
       r.offset = 0;
       return readOffsetFromGmt(p, r);
     case nameKey("z"): r.offset = 0; return p;
-    case nameKey("est"): r.offset = -5 * 60; return p;
-    case nameKey("edt"): r.offset = -4 * 60; return p;
-    case nameKey("cst"): r.offset = -6 * 60; return p;
-    case nameKey("cdt"): r.offset = -5 * 60; return p;
-    case nameKey("mst"): r.offset = -7 * 60; return p;
-    case nameKey("mdt"): r.offset = -6 * 60; return p;
-    case nameKey("pst"): r.offset = -8 * 60; return p;
-    case nameKey("pdt"): r.offset = -7 * 60; return p;
     case nameKey("j"): return failAt(r, name, "J names no military zone");
     default: break;
+  }
+  // In the shapes of mail the RFC 5322 names keep their RFC meaning,
+  // whatever else software uses them for (CST is also China's and Cuba's);
+  // elsewhere the table says what software means by them.
+  if (r.rfcZoneNames) {
+    switch (key) {
+      case nameKey("est"): r.offset = -5 * 60; return p;
+      case nameKey("edt"): r.offset = -4 * 60; return p;
+      case nameKey("cst"): r.offset = -6 * 60; return p;
+      case nameKey("cdt"): r.offset = -5 * 60; return p;
+      case nameKey("mst"): r.offset = -7 * 60; return p;
+      case nameKey("mdt"): r.offset = -6 * 60; return p;
+      case nameKey("pst"): r.offset = -8 * 60; return p;
+      case nameKey("pdt"): r.offset = -7 * 60; return p;
+      default: break;
+    }
   }
   if (len == 0) return failAt(r, name, "expected a zone");
   if (len == 1) {

@@ -59,6 +59,7 @@ inline const char* readMonthAndDay(const char* p, Reading& r) {
 // then a date alone, or a time as people write it.
 const char* readSlashedYearFirst(const char* p, Reading& r) {
   const char sep = *p;
+  r.rfcZoneNames = sep == '/';  // Go's log writes "2024/03/07"; people, "2026/1/25"
   int month;
   p = readOneOrTwo(p + 1, 12, month, r, "bad month", "month out of range");
   if (!p) return nullptr;

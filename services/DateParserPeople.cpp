@@ -15,6 +15,10 @@
 //   9:05 AM  12:05 a.m.  3:35:55 PM     12-hour clocks, after a space, U+00A0
 //                                       or U+202F (as ICU writes it)
 //
+// The RFC 5322 zone names keep their RFC meaning only in the shapes of mail;
+// in these CST is China's as much as Chicago's, and refused unless an
+// offset settles it.
+//
 // A numeric date with '/' or '-' has no order of its own: US software writes
 // the month first, British, French and Indian software the day first. Unless
 // the caller names the order, such a date is read only when just one of the
@@ -126,34 +130,34 @@ const char* readMeridiem(const char* p, Reading& r) {
   return end;
 }
 
-const char* readClockTail(const char* p, Reading& r, bool shortYearAlone) {
+const char* readClockTail(const char* p, Reading& r, bool mayEnd) {
   const char* q = skipCfws(p, r);
   if (!q) return nullptr;
   if (*q == '\0') {
-    // Mail's two- and three-digit years come with a time: alone, they are
-    // more likely a year cut short ("07 Mar 20") than a date. Databases
-    // (25-JAN-26) and numeric dates (3/7/24) write short years alone.
-    if (p - r.yearAt != 4 && !(shortYearAlone && p - r.yearAt == 2)) {
-      return failAt(r, r.yearAt, "a date alone needs a four-digit year");
-    }
+    if (!mayEnd) return failAt(r, r.yearAt, "a date alone needs a four-digit year");
     r.f.hour = r.f.minute = r.f.second = r.f.millis = 0;
     return q;
   }
   if (*q == ',') {
     q = skipCfws(q + 1, r);
+    r.rfcZoneNames = false;
   } else if (q == p) {
     return failAt(r, q, "expected a space after the year");
   } else if ((q[0] | 0x20) == 'a' && (q[1] | 0x20) == 't' && isSpace(q[2])) {
     q = skipCfws(q + 2, r);
+    r.rfcZoneNames = false;
   }
   if (!q) return nullptr;
   p = readTime(q, r, TimeStyle::kMail);
+  const char* const time = p;
   if (p) p = readMeridiem(p, r);
+  if (p != time) r.rfcZoneNames = false;
   return p ? readMailZone(p, r) : nullptr;
 }
 
 const char* readNumericDate(const char* p, Reading& r) {
   const char* const at = p;
+  r.rfcZoneNames = false;
   NumericFields n;
   int width;
   p = readDigits(p, 2, n.first, n.firstWidth, r, "expected a date");

@@ -98,6 +98,11 @@ inline const char* readYear(const char* p, Reading& r, bool dashed = false) {
   return q;
 }
 
+// Whether a date may end at p, just after its year, with no time: when the
+// year has four digits. Mail's two- and three-digit years come with a time;
+// alone they are more likely a year cut short ("07 Mar 20") than a date.
+inline bool mayEndAfter(const char* p, const Reading& r) { return p - r.yearAt == 4; }
+
 // day month year [time [zone]], the day read and p just after it. '-' may
 // join day, month and year (RFC 850) and '/' too (access logs, whose year
 // a ':' joins to the time); a joiner, once used, joins all three.
@@ -117,7 +122,9 @@ inline const char* readDayFirst(const char* p, int day, Reading& r) {
   }
   p = readYear(p, r, joiner == '-');
   if (!p) return nullptr;
-  if (joiner != '/' || *p != ':') return readClockTail(p, r, joiner == '-');
+  if (joiner != '/' || *p != ':') {
+    return readClockTail(p, r, joiner == '-' || mayEndAfter(p, r));
+  }
   p = readTime(p + 1, r, TimeStyle::kMail);
   return p ? readMailZone(p, r) : nullptr;
 }
@@ -148,9 +155,10 @@ inline const char* readMonthFirst(const char* p, Reading& r) {
   p = readDigits(p, 2, r.f.day, w, r, "bad day");
   if (!p) return nullptr;
   if (*p == ',') {  // people's "Jan 25, 2026"
+    r.rfcZoneNames = false;
     p = skipCfws(p + 1, r);
     if (p) p = readYear(p, r);
-    return p ? readClockTail(p, r, false) : nullptr;
+    return p ? readClockTail(p, r, mayEndAfter(p, r)) : nullptr;
   }
   p = needCfws(p, r, "expected a space after the day");
   if (!p) return nullptr;
@@ -158,7 +166,7 @@ inline const char* readMonthFirst(const char* p, Reading& r) {
   while (isDigit(*q)) ++q;
   if (*q != ':') {
     p = readYear(p, r);
-    return p ? readClockTail(p, r, false) : nullptr;
+    return p ? readClockTail(p, r, mayEndAfter(p, r)) : nullptr;
   }
   p = readTime(p, r, TimeStyle::kMail);
   if (!p) return nullptr;

@@ -32,6 +32,7 @@ struct Reading {
   const char* dayAt = nullptr;     // the day field, checked against its month last
   const char* yearAt = nullptr;    // the year field, checked after the move to GMT
   ZephalDateOrder order = ZephalDateOrder::kUnknown;  // the caller's, for numeric dates
+  bool rfcZoneNames = true;        // false once the text takes a shape mail does not write
 };
 
 inline const char* failAt(Reading& r, const char* at, const char* why) {
@@ -327,12 +328,12 @@ const char* readRfc3339Zone(const char* p, Reading& r);
 // startsNumericDate: one or two digits at p, then '/', '-' or '.' and a
 // digit. readNumericDate: such a date (3/7/2024, 25.1.2026), in r.order or
 // the one order that gives a date, then readClockTail. readClockTail, p just
-// after a date's year: the end (midnight; a two-digit year only where
-// `shortYearAlone`), or [','] [at] a time, AM or PM, and a zone. readMeridiem, p just after a time: AM, PM, a.m. or p.m. after
+// after a date: the end (midnight, where `mayEnd`), or [','] [at] a time, AM
+// or PM, and a zone. readMeridiem, p just after a time: AM, PM, a.m. or p.m. after
 // a space, U+00A0 or U+202F, moving the hour to 24 hours; p when none.
 bool startsNumericDate(const char* p);
 const char* readNumericDate(const char* p, Reading& r);
-const char* readClockTail(const char* p, Reading& r, bool shortYearAlone);
+const char* readClockTail(const char* p, Reading& r, bool mayEnd);
 const char* readMeridiem(const char* p, Reading& r);
 
 // ---- Results ----------------------------------------------------------------------
