@@ -50,17 +50,12 @@ inline bool instantMillis(const ZephalSysTime& t, int64_t& unixMillis) {
 inline bool loadGmtMillis(int64_t unixMillis, ZephalSysTime& out) {
   if (unixMillis < kFirstMillis || unixMillis > kLastMillis) return false;
   const int64_t seconds = zpcivil::floorDiv(unixMillis, 1000);
-  const int64_t days = zpcivil::floorDiv(seconds, zpcivil::kSecondsPerDay);
-  const int daySecond = static_cast<int>(seconds - days * zpcivil::kSecondsPerDay);  // [0, 86399]
-  const zpcivil::CivilDate date = zpcivil::civilFromDays(days);
+  const zpcivil::FastCivilTime c = zpcivil::breakDownFast(seconds);
   out.clear();
-  out.m_time = ZephalCalendarFields{static_cast<uint16_t>(date.year),
-                                    static_cast<uint16_t>(date.month),
-                                    static_cast<uint16_t>(zpcivil::weekdayFromDays(days)),
-                                    static_cast<uint16_t>(date.day),
-                                    static_cast<uint16_t>(daySecond / 3600),
-                                    static_cast<uint16_t>(daySecond / 60 % 60),
-                                    static_cast<uint16_t>(daySecond % 60),
+  out.m_time = ZephalCalendarFields{static_cast<uint16_t>(c.year),   static_cast<uint16_t>(c.month),
+                                    static_cast<uint16_t>(c.weekday), static_cast<uint16_t>(c.day),
+                                    static_cast<uint16_t>(c.hour),    static_cast<uint16_t>(c.minute),
+                                    static_cast<uint16_t>(c.second),
                                     static_cast<uint16_t>(unixMillis - seconds * 1000)};
   return true;
 }
