@@ -11,9 +11,9 @@
 //   ZephalZoneLookup at;
 //   ny.lookup({2024, 3, 0, 10, 2, 30, 0, 0}, at);  // kSkipped: 02:30 never happened
 //
-// Load once, convert many: a conversion allocates nothing, and a zone object
-// is read by any number of threads at once. Nothing here reads or changes
-// TZ, or calls tzset.
+// Load once, convert many: a conversion allocates nothing, a copy shares the
+// loaded zone, and a zone object is read by any number of threads at once.
+// Nothing here reads or changes TZ, or calls tzset.
 #pragma once
 
 #include <cstdint>
@@ -22,6 +22,10 @@
 
 #include "time/ZephalSysTime.h"
 #include "time/ZephalText.h"
+
+namespace zpzone {
+struct ZoneState;  // zones/internal/ZoneState.h
+}  // namespace zpzone
 
 // What a wall-clock reading is in a zone, as cctz's civil_lookup says it.
 enum class ZephalLookupKind : uint8_t {
@@ -99,9 +103,6 @@ class ZephalTimeZone {
                     ZephalLookupKind* kind = nullptr) const;
 
  private:
-  friend struct ZoneAccess;  // zones/internal/ZoneAccess.h
-
-  alignas(void*) unsigned char m_cctzZone[sizeof(void*)];  // a cctz::time_zone, one pointer
-  bool m_isRule = false;  // loaded from a TZ rule: repeats every 400 years
+  const zpzone::ZoneState* m_state;  // shared by copies, kept for the life of the process
   std::string m_name = "UTC";
 };

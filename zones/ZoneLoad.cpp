@@ -5,8 +5,9 @@
 
 #include <string>
 
-#include "zones/internal/ZoneAccess.h"
+#include "zones/ZephalTimeZone.h"
 #include "zones/internal/ZoneRule.h"
+#include "zones/internal/ZoneState.h"
 
 namespace {
 
@@ -45,7 +46,7 @@ bool isZoneFileName(std::string_view name) {
 
 }  // namespace
 
-ZephalTimeZone::ZephalTimeZone() { ZoneAccess::store(*this, cctz::utc_time_zone(), false, "UTC"); }
+ZephalTimeZone::ZephalTimeZone() : m_state(zpzone::utcState()) {}
 
 bool ZephalTimeZone::load(std::string_view text, ZephalTextError& error) {
   if (text.empty()) return refuse(error, "empty zone name", 0);
@@ -58,7 +59,8 @@ bool ZephalTimeZone::load(std::string_view text, ZephalTextError& error) {
   const std::string copy(text);  // zero-terminated, for cctz and the rule reader
   cctz::time_zone zone;
   if (isZoneFileName(text) && cctz::load_time_zone(copy, &zone)) {
-    ZoneAccess::store(*this, zone, false, text);
+    m_state = zpzone::stateOf(copy, zone, false);
+    m_name = copy;
     return true;
   }
   zpzone::ZoneRule rule;
@@ -72,9 +74,9 @@ bool ZephalTimeZone::load(std::string_view text, ZephalTextError& error) {
   if (!zpzone::ruleSourceInstalled()) {
     return refuse(error, "TZ rules need zephal::zones' zone source, which the program replaced", 0);
   }
-  if (!cctz::load_time_zone(zpzone::ruleZoneKey(text), &zone)) {
-    return refuse(error, "cctz cannot hold this rule", 0);
-  }
-  ZoneAccess::store(*this, zone, true, text);
+  const std::string key = zpzone::ruleZoneKey(text);
+  if (!cctz::load_time_zone(key, &zone)) return refuse(error, "cctz cannot hold this rule", 0);
+  m_state = zpzone::stateOf(key, zone, true);
+  m_name = copy;
   return true;
 }

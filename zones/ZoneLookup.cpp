@@ -1,8 +1,9 @@
 // Wall clock -> instant: which kind a reading is in a zone (unique, skipped,
 // repeated) and its instants, as cctz's civil_lookup gives them.
 #include "time/internal/SysTimeInstant.h"
-#include "zones/internal/ZoneAccess.h"
+#include "zones/ZephalTimeZone.h"
 #include "zones/internal/ZoneRule.h"
+#include "zones/internal/ZoneState.h"
 
 namespace {
 
@@ -23,10 +24,10 @@ int64_t secondsOf(const cctz::time_point<cctz::seconds>& t) { return t.time_sinc
 
 bool ZephalTimeZone::lookup(const ZephalCalendarFields& wall, ZephalZoneLookup& out) const {
   if (!zpinstant::isReading(wall)) return false;
-  const int64_t cycles = m_isRule ? zpzone::cyclesToYear(wall.wYear) : 0;
+  const int64_t cycles = m_state->isRule ? zpzone::cyclesToYear(wall.wYear) : 0;
   const cctz::civil_second reading(wall.wYear + cycles * zpzone::kCycleYears, wall.wMonth, wall.wDay,
                                    wall.wHour, wall.wMinute, wall.wSecond);
-  const cctz::time_zone::civil_lookup at = ZoneAccess::cctzZone(*this).lookup(reading);
+  const cctz::time_zone::civil_lookup at = m_state->zone.lookup(reading);
   const int64_t back = cycles * zpzone::kCycleSeconds;
   out.kind = kindOf(at.kind);
   out.pre = secondsOf(at.pre) - back;

@@ -2,8 +2,9 @@
 // the offset, summer time and abbreviation in force there.
 #include "services/internal/CivilDays.h"
 #include "time/internal/SysTimeInstant.h"
-#include "zones/internal/ZoneAccess.h"
+#include "zones/ZephalTimeZone.h"
 #include "zones/internal/ZoneRule.h"
+#include "zones/internal/ZoneState.h"
 
 namespace {
 
@@ -17,23 +18,20 @@ constexpr int64_t kLastSeconds = zpinstant::kLastMillis / 1000 + zpcivil::kSecon
 bool ZephalTimeZone::wallClockAt(int64_t unixSeconds, int milliseconds, ZephalWallClock& out) const {
   if (milliseconds < 0 || milliseconds > 999) return false;
   if (unixSeconds < kFirstSeconds || unixSeconds > kLastSeconds) return false;
-  const int64_t cycles = m_isRule ? zpzone::cyclesToInstant(unixSeconds) : 0;
-  const cctz::time_zone::absolute_lookup at = ZoneAccess::cctzZone(*this).lookup(
-      cctz::time_point<cctz::seconds>(cctz::seconds(unixSeconds + cycles * zpzone::kCycleSeconds)));
-  const int64_t year = at.cs.year() - cycles * zpzone::kCycleYears;
-  if (year < 0 || year > zpinstant::kLastYear) return false;
-  const int64_t localDays = zpcivil::floorDiv(unixSeconds + at.offset, zpcivil::kSecondsPerDay);
-  out.fields = ZephalCalendarFields{static_cast<uint16_t>(year),
-                                    static_cast<uint16_t>(at.cs.month()),
-                                    static_cast<uint16_t>(zpcivil::weekdayFromDays(localDays)),
-                                    static_cast<uint16_t>(at.cs.day()),
-                                    static_cast<uint16_t>(at.cs.hour()),
-                                    static_cast<uint16_t>(at.cs.minute()),
-                                    static_cast<uint16_t>(at.cs.second()),
-                                    static_cast<uint16_t>(milliseconds)};
+  const zpzone::ZoneState& zone = *m_state;
+  const int64_t cycles = zone.isRule ? zpzone::cyclesToInstant(unixSeconds) : 0;
+  const zpzone::Stretch at = zone.at(unixSeconds + cycles * zpzone::kCycleSeconds);
+  // The offset is the same a whole number of cycles away: the reading is
+  // the instant's own, plus the offset.
+  const zpcivil::FastCivilTime c = zpcivil::breakDownFast(unixSeconds + at.offset);
+  if (c.year < 0 || c.year > zpinstant::kLastYear) return false;
+  out.fields = ZephalCalendarFields{static_cast<uint16_t>(c.year),   static_cast<uint16_t>(c.month),
+                                    static_cast<uint16_t>(c.weekday), static_cast<uint16_t>(c.day),
+                                    static_cast<uint16_t>(c.hour),    static_cast<uint16_t>(c.minute),
+                                    static_cast<uint16_t>(c.second),  static_cast<uint16_t>(milliseconds)};
   out.gmtOffset = at.offset;
-  out.isDst = at.is_dst;
-  out.abbreviation = at.abbr;
+  out.isDst = at.isDst;
+  out.abbreviation = at.abbreviation;
   return true;
 }
 

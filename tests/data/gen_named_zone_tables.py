@@ -42,12 +42,14 @@ NAMED = [
 RULES = [
     "UTC0", "CET-1CEST,M3.5.0,M10.5.0/3", "EST5EDT,M3.2.0,M11.1.0", "<+0530>-5:30",
     "AEST-10AEDT,M10.1.0,M4.1.0/3", "<-02>2<-01>,M3.5.0/-1,M10.5.0/0", "IST-2IDT,M3.4.4/26,M10.5.0",
-    "NZST-12:00NZDT-13:00:00,M9.5.0,M4.1.0/3", "XXX3YYY,J60/2,J300",
-    "EST5EDT4,0/0,J365/25", "<+05>-5<+06>-6,J1/0,J365/24",
+    "NZST-12:00NZDT-13:00:00,M9.5.0,M4.1.0/3", "XXX3YYY,J60/2,J300", "EST5EDT4,0/0,J365/25",
 ]
-# Not here: a zero-based day n after 0 (XXX3YYY,59/2,300), which zoneinfo
-# (3.11) takes a day early; the C library and POSIX agree on it, so the
-# every-zone walk checks it from 1970 on.
+# Not here, as zoneinfo (3.11) reads them: a zero-based day n after 0
+# (XXX3YYY,59/2,300), which it takes a day early (the C library and POSIX
+# agree on it, so the every-zone walk checks it from 1970 on); and summer
+# time that ends an hour before it starts again at the new year
+# (<+05>-5<+06>-6,J1/0,J365/24), whose first hours of a year it writes with
+# one offset and reports with the other.
 SCAN_YEARS = {"named": (1900, 2040), "rule": (1968, 1974)}
 MOST_CHANGES = 24  # a zone's, spread over the years scanned
 RULE_YEARS = [2, 1600, 1899, 2024, 2100, 4000, 9000]
@@ -137,6 +139,9 @@ def rows_for(name, zone, years, rng, samples=12):
         gap = after - before  # > 0: skipped readings from `wall` on; < 0: repeated before it
         for delta in (gap / 2, -gap / 2, timedelta(seconds=-1), timedelta(0)):
             readings.append(reading_row(name, zone, wall + timedelta(seconds=int(delta.total_seconds()))))
+    for year in (1900, 1971, 2100) if samples else ():  # where zephal's table of offsets ends
+        s = int((datetime(year, 1, 1, tzinfo=UTC) - EPOCH).total_seconds())
+        instants += [instant_row(name, zone, s - 1), instant_row(name, zone, s)]
     for first, last in [(1, 1900), (1900, 2100), (2100, 9999)]:
         lo = int((datetime(first, 1, 2, tzinfo=UTC) - EPOCH).total_seconds())
         hi = int((datetime(last, 12, 30, tzinfo=UTC) - EPOCH).total_seconds())

@@ -120,7 +120,11 @@ TEST(NamedZoneWalk, AgreesWithTheCLibrary) {
     expectChangeReadings(zone, change, walk.offsets[i], walk.offsets[i + 1]);
   }
 
-  SCOPED_TRACE("TZ '" + tz + "', random instants");
+  SCOPED_TRACE("TZ '" + tz + "', the ends of the component's table of offsets, and random instants");
+  for (long long utc : {y1900 - 1, y1900, y1970 - 1, y1970, timegmOf(1971, 1, 1) - 1, timegmOf(1971, 1, 1),
+                        y2100 - 1, y2100}) {
+    if ((isFile || utc >= y1970) && sameWallClock(zone, utc)) expectReadingNamesIt(zone, utc, 0);
+  }
   std::mt19937_64 random(20240307);
   checkRandomInstants(zone, isFile ? y1900 : y1970, y2100, 400, random);
   if (isFile) checkRandomInstants(zone, timegmOf(1, 1, 2), y1900, 40, random);

@@ -99,6 +99,34 @@ TEST(ZoneLookup, SkippedAndRepeatedAgainstMktime) {
   }
 }
 
+// Summer time from 1 January 00:00 on +05 (19:00 GMT the day before) to
+// 31 December 24:00 on +06 (18:00 GMT): an hour of standard time a year,
+// from 18:00 to 19:00 GMT on 31 December, in every year, whose GMT year the
+// C library alone looks at (it gives standard time until 24:00 GMT), and
+// whose local year Python's zoneinfo mixes up.
+TEST(ZoneLookup, AnHourOfStandardTimeAYear) {
+  const ZephalTimeZone zone = loaded("<+05>-5<+06>-6,J1/0,J365/24");
+  struct Case {
+    Fields gmt;
+    const char* wall;
+  };
+  const Case cases[] = {
+      {{2017, 12, 31, 17, 59, 59}, "2017 12 31 23 59 59 0 21600 +06 dst"},
+      {{2017, 12, 31, 18, 0, 0}, "2017 12 31 23 0 0 0 18000 +05 std"},
+      {{2017, 12, 31, 18, 59, 59}, "2017 12 31 23 59 59 0 18000 +05 std"},
+      {{2017, 12, 31, 19, 0, 0}, "2018 1 1 1 0 0 1 21600 +06 dst"},
+      {{2017, 12, 31, 23, 59, 59}, "2018 1 1 5 59 59 1 21600 +06 dst"},
+      {{1899, 12, 31, 18, 30, 0}, "1899 12 31 23 30 0 0 18000 +05 std"},
+      {{1899, 12, 31, 23, 59, 59}, "1900 1 1 5 59 59 1 21600 +06 dst"},
+      {{2099, 12, 31, 23, 59, 59}, "2100 1 1 5 59 59 5 21600 +06 dst"},
+  };
+  for (const Case& c : cases) {
+    ZephalWallClock wall;
+    ASSERT_TRUE(zone.wallClockAt(timegmOf(c.gmt[0], c.gmt[1], c.gmt[2], c.gmt[3], c.gmt[4], c.gmt[5]), 0, wall));
+    EXPECT_EQ(wallOf(wall), c.wall);
+  }
+}
+
 TEST(ZoneLookup, ToGmtSysTimeTakesTheDefaultPick) {
   const ZephalTimeZone ny = loaded("America/New_York");
   struct Case {
