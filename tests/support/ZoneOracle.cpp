@@ -138,3 +138,15 @@ long long zptest::walkedCount(const std::string& output) {
   const size_t at = output.find("walked ");
   return at == std::string::npos ? 0 : std::stoll(output.substr(at + 7));
 }
+
+zptest::Walks zptest::runWalks(const std::vector<std::string>& zones, const std::string& filter) {
+  Walks walks;
+  const bool ran = runPerZone(zones, filter, [&](const ZoneChild& child) {
+    walks.walked += walkedCount(child.output);
+    if (child.passed) return;
+    walks.failed.push_back(child.zone);
+    if (walks.failed.size() <= 5) ADD_FAILURE() << "TZ=" << child.zone << ":\n" << child.output.substr(0, 4000);
+  });
+  EXPECT_TRUE(ran) << "cannot run this binary again";
+  return walks;
+}

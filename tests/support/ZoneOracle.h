@@ -53,4 +53,12 @@ bool runPerZone(const std::vector<std::string>& zones, const std::string& filter
 // The count after "walked " in a child's output, 0 without one.
 long long walkedCount(const std::string& output);
 
+// runPerZone for walks: the zones whose child failed (the first five
+// reported as test failures with their output) and the changes walked.
+struct Walks {
+  std::vector<std::string> failed;
+  long long walked = 0;
+};
+Walks runWalks(const std::vector<std::string>& zones, const std::string& filter);
+
 }  // namespace zptest

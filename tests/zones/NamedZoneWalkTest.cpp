@@ -140,15 +140,8 @@ TEST(NamedZoneDatabase, EveryZoneAgreesWithTheCLibrary) {
   const size_t files = zones.size();
   zones.insert(zones.end(), std::begin(kRules), std::end(kRules));
 
-  std::vector<std::string> failed;
-  long long walked = 0;
-  ASSERT_TRUE(runPerZone(zones, "NamedZoneWalk.*", [&](const ZoneChild& child) {
-    walked += walkedCount(child.output);
-    if (child.passed) return;
-    failed.push_back(child.zone);
-    if (failed.size() <= 5) ADD_FAILURE() << "TZ=" << child.zone << ":\n" << child.output.substr(0, 4000);
-  })) << "cannot run this binary again";
+  const Walks walks = runWalks(zones, "NamedZoneWalk.*");
   std::printf("%zu zones under %s and %zu rules, %lld transitions\n", files, kZoneDir.c_str(),
-              std::size(kRules), walked);
-  EXPECT_TRUE(failed.empty()) << failed.size() << " zones disagree, first " << failed.front();
+              std::size(kRules), walks.walked);
+  EXPECT_TRUE(walks.failed.empty()) << walks.failed.size() << " zones disagree, first " << walks.failed.front();
 }
