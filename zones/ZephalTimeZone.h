@@ -61,12 +61,13 @@ class ZephalTimeZone {
   // ---- Loading ------------------------------------------------------------------
 
   // A zone as TZ names one: a name of the system's tzdata ("America/New_York",
-  // "UTC", "EST5EDT"), else a TZ rule ("CET-1CEST,M3.5.0,M10.5.0/3",
-  // "<+0530>-5:30"); a name with a zone file wins, as it does for TZ. Names
-  // are relative to the tzdata folder: no leading '/' and no "..". A rule
-  // with summer time must say when it starts and ends. False, with the
-  // reason and byte, and the zone unchanged, for anything else: an unknown
-  // name is never taken as UTC.
+  // "UTC", "EST5EDT"; under /usr/share/zoneinfo, or TZDIR, which cctz reads),
+  // else a TZ rule ("CET-1CEST,M3.5.0,M10.5.0/3", "<+0530>-5:30"); a name
+  // with a zone file wins, as it does for TZ. Names are relative to the
+  // tzdata folder: no leading '/' and no "..". A rule with summer time must
+  // say when it starts and ends. False, with the reason and byte, and the
+  // zone unchanged, for anything else: an unknown name is never taken as UTC.
+  // Each zone loaded stays loaded for the life of the process (about 50 KB).
   bool load(std::string_view nameOrRule, ZephalTextError& error);
 
   // The text the zone was loaded from; "UTC" before any load.

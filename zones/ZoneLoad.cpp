@@ -5,6 +5,7 @@
 
 #include <string>
 
+#include "services/internal/DateCursor.h"
 #include "zones/ZephalTimeZone.h"
 #include "zones/internal/ZoneRule.h"
 #include "zones/internal/ZoneState.h"
@@ -18,8 +19,7 @@ bool refuse(ZephalTextError& error, const char* reason, size_t byte) {
 }
 
 bool isNameByte(char c) {
-  return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '.' ||
-         c == '_' || c == '+' || c == '-';
+  return zpread::isLetter(c) || zpread::isDigit(c) || c == '.' || c == '_' || c == '+' || c == '-';
 }
 
 // Where a ".." component of a path starts, or npos.
@@ -44,39 +44,62 @@ bool isZoneFileName(std::string_view name) {
   return true;
 }
 
+// Why no zone has this text, or null: an empty text, one with a zero byte,
+// and paths that could reach other files than zone files, whoever wrote
+// them (an iCalendar TZID). `byte` gets where.
+const char* refusedOutright(std::string_view text, size_t& byte) {
+  byte = 0;
+  if (text.empty()) return "empty zone name";
+  if ((byte = text.find('\0')) != std::string_view::npos) return "zero byte in the zone name";
+  if ((byte = climbAt(text)) != std::string_view::npos) return "'..' in the zone name";
+  byte = 0;
+  return text.front() == '/' ? "zone names are relative to the tzdata folder" : nullptr;
+}
+
+// The zone of a TZ rule, or null with the reason. A text shaped as a name
+// that is not even a rule's standard time is an unknown name.
+const zpzone::ZoneState* ruleZone(const std::string& text, bool nameShaped, ZephalTextError& error) {
+  zpzone::ZoneRule rule;
+  ZephalTextError ruleError;
+  if (!zpzone::readRule(text.c_str(), rule, ruleError)) {
+    if (nameShaped && rule.standardEnd == 0) {
+      refuse(error, "unknown zone name", 0);
+    } else {
+      error = ruleError;
+    }
+    return nullptr;
+  }
+  if (!zpzone::ruleSourceInstalled()) {
+    refuse(error, "TZ rules need zephal::zones' zone source, which the program replaced", 0);
+    return nullptr;
+  }
+  const std::string key = zpzone::ruleZoneKey(text);
+  cctz::time_zone zone;
+  if (!cctz::load_time_zone(key, &zone)) {
+    refuse(error, "cctz cannot hold this rule", 0);
+    return nullptr;
+  }
+  return zpzone::stateOf(key, zone, true);
+}
+
 }  // namespace
 
 ZephalTimeZone::ZephalTimeZone() : m_state(zpzone::utcState()) {}
 
 bool ZephalTimeZone::load(std::string_view text, ZephalTextError& error) {
-  if (text.empty()) return refuse(error, "empty zone name", 0);
-  const size_t zero = text.find('\0');
-  if (zero != std::string_view::npos) return refuse(error, "zero byte in the zone name", zero);
-  // Names only reach zone files, whoever wrote them (an iCalendar TZID).
-  if (text.front() == '/') return refuse(error, "zone names are relative to the tzdata folder", 0);
-  const size_t climb = climbAt(text);
-  if (climb != std::string_view::npos) return refuse(error, "'..' in the zone name", climb);
+  size_t byte = 0;
+  if (const char* reason = refusedOutright(text, byte)) return refuse(error, reason, byte);
   const std::string copy(text);  // zero-terminated, for cctz and the rule reader
+  const bool nameShaped = isZoneFileName(text);
   cctz::time_zone zone;
-  if (isZoneFileName(text) && cctz::load_time_zone(copy, &zone)) {
-    m_state = zpzone::stateOf(copy, zone, false);
-    m_name = copy;
-    return true;
+  const zpzone::ZoneState* state = nullptr;
+  if (nameShaped && cctz::load_time_zone(copy, &zone)) {
+    state = zpzone::stateOf(copy, zone, false);
+  } else {
+    state = ruleZone(copy, nameShaped, error);
   }
-  zpzone::ZoneRule rule;
-  ZephalTextError ruleError;
-  if (!zpzone::readRule(copy.c_str(), rule, ruleError)) {
-    // A name that failed before it had a standard offset meant no rule.
-    if (isZoneFileName(text) && rule.standardEnd == 0) return refuse(error, "unknown zone name", 0);
-    error = ruleError;
-    return false;
-  }
-  if (!zpzone::ruleSourceInstalled()) {
-    return refuse(error, "TZ rules need zephal::zones' zone source, which the program replaced", 0);
-  }
-  const std::string key = zpzone::ruleZoneKey(text);
-  if (!cctz::load_time_zone(key, &zone)) return refuse(error, "cctz cannot hold this rule", 0);
-  m_state = zpzone::stateOf(key, zone, true);
+  if (state == nullptr) return false;
+  m_state = state;
   m_name = copy;
   return true;
 }
