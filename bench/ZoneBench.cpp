@@ -182,7 +182,7 @@ void wallClockCctz(benchmark::State& state, const char* name) {
   const std::vector<int64_t>& in = instants();
   size_t i = 0;
   for (auto _ : state) {
-    const cctz::time_point<cctz::seconds> tp(cctz::seconds(in[i++ & (kInputs - 1)]));
+    const cctz::time_point<cctz::seconds> tp{cctz::seconds{in[i++ & (kInputs - 1)]}};
     benchmark::DoNotOptimize(cctz::convert(tp, zone));
   }
 }
