@@ -18,10 +18,13 @@
 #include <cstdint>
 #include <vector>
 
+#include "bench/BenchArithmetic.h"
 #include "time/ZephalFileTime.h"
 #include "time/ZephalSysTime.h"
 
 namespace {
+
+using namespace zpbench;
 
 constexpr size_t kInputs = 1024;  // a power of two: the index wraps by mask
 constexpr int64_t kPerSecond = 10000000;
@@ -30,11 +33,6 @@ constexpr uint64_t kTicksEpoch = 621355968000000000ULL;     // 0001 to 1970 in 1
 constexpr int64_t kOleEpochDays = -25569;                   // 1899-12-30 from 1970-01-01
 
 // ---- Inputs -------------------------------------------------------------------
-
-uint64_t nextRandom(uint64_t& state) {
-  state = state * 6364136223846793005ULL + 1442695040888963407ULL;
-  return state >> 17;
-}
 
 // Seconds from 1980 to 2037, so every format below can hold them.
 std::vector<int64_t> makeSeconds() {
@@ -64,36 +62,6 @@ const std::vector<ZephalSysTime>& records() {
   static const std::vector<ZephalSysTime> r = makeRecords();
   return r;
 }
-
-// ---- Hand-written arithmetic ----------------------------------------------------
-
-// Days from 1970-01-01 (Howard Hinnant's days_from_civil); d may run past the month.
-inline int64_t daysFromCivil(int64_t y, unsigned m, unsigned d) {
-  y -= m <= 2;
-  const int64_t era = (y >= 0 ? y : y - 399) / 400;
-  const unsigned yoe = static_cast<unsigned>(y - era * 400);             // [0, 399]
-  const unsigned doy = (153 * (m > 2 ? m - 3 : m + 9) + 2) / 5 + d - 1;  // [0, 365]
-  const unsigned doe = yoe * 365 + yoe / 4 - yoe / 100 + doy;            // [0, 146096]
-  return era * 146097 + static_cast<int64_t>(doe) - 719468;
-}
-
-struct Civil {
-  int64_t y;
-  unsigned m, d;
-};
-
-inline Civil civilFromDays(int64_t z) {
-  z += 719468;
-  const int64_t era = (z >= 0 ? z : z - 146096) / 146097;
-  const unsigned doe = static_cast<unsigned>(z - era * 146097);                // [0, 146096]
-  const unsigned yoe = (doe - doe / 1460 + doe / 36524 - doe / 146096) / 365;  // [0, 399]
-  const unsigned doy = doe - (365 * yoe + yoe / 4 - yoe / 100);                // [0, 365]
-  const unsigned mp = (5 * doy + 2) / 153;                                     // [0, 11]
-  const unsigned m = mp < 10 ? mp + 3 : mp - 9;
-  return Civil{static_cast<int64_t>(yoe) + era * 400 + (m <= 2), m, doy - (153 * mp + 2) / 5 + 1};
-}
-
-inline unsigned weekday(int64_t days) { return static_cast<unsigned>(((days % 7) + 11) % 7); }
 
 // ---- FILETIME and ticks -----------------------------------------------------------
 

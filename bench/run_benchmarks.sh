@@ -9,7 +9,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 peers=(cmake ninja-build g++ python3 libbenchmark-dev libabsl-dev libcurl4-openssl-dev
-  libboost-date-time-dev libhowardhinnant-date-dev libfmt-dev hyperfine dateutils)
+  libboost-date-time-dev libhowardhinnant-date-dev libfmt-dev libcctz-dev hyperfine dateutils)
 dpkg -s "${peers[@]}" >/dev/null 2>&1 || { apt-get update && apt-get install -y "${peers[@]}"; }
 
 cmake --preset bench -DZEPHAL_BENCH_ALL_PEERS=ON

@@ -1,5 +1,8 @@
 # Installs the library, its headers under include/zephal/, a CMake package
-# (find_package(zephal-time) gives zephal::time) and a pkg-config file.
+# (find_package(zephal-time) gives zephal::time) and a pkg-config file; and,
+# when built, the named zones: zephal::zones through
+# find_package(zephal-time COMPONENTS zones), and zephal-time-zones.pc. Only
+# that component's users need cctz.
 include(CMakePackageConfigHelpers)
 
 install(TARGETS zephal_time EXPORT zephal-time-targets
@@ -8,7 +11,11 @@ install(TARGETS zephal_time EXPORT zephal-time-targets
   RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 set(_zp_include_dir ${CMAKE_INSTALL_INCLUDEDIR}/zephal)
 # The public headers only: what lies in an internal/ folder is the module's own.
-foreach(_zp_dir time services)
+set(_zp_header_dirs time services)
+if(TARGET zephal_zones)
+  list(APPEND _zp_header_dirs zones)
+endif()
+foreach(_zp_dir IN LISTS _zp_header_dirs)
   file(GLOB _zp_public_headers ${PROJECT_SOURCE_DIR}/${_zp_dir}/*.h)
   install(FILES ${_zp_public_headers} DESTINATION ${_zp_include_dir}/${_zp_dir})
 endforeach()
@@ -18,6 +25,18 @@ install(FILES ${zephal_generated_include}/time/ZephalTimeVersion.h
 set(_zp_cmake_dir ${CMAKE_INSTALL_LIBDIR}/cmake/zephal-time)
 install(EXPORT zephal-time-targets NAMESPACE zephal::
   FILE zephal-time-targets.cmake DESTINATION ${_zp_cmake_dir})
+# The zones component's targets in a file of their own, loaded only when a
+# user asks for the component; the package finds cctz with the same module
+# this build did.
+if(TARGET zephal_zones)
+  install(TARGETS zephal_zones EXPORT zephal-time-zones-targets
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+  install(EXPORT zephal-time-zones-targets NAMESPACE zephal::
+    FILE zephal-time-zones-targets.cmake DESTINATION ${_zp_cmake_dir})
+  install(FILES ${PROJECT_SOURCE_DIR}/cmake/FindCctz.cmake DESTINATION ${_zp_cmake_dir})
+endif()
 configure_package_config_file(cmake/zephal-time-config.cmake.in
   ${PROJECT_BINARY_DIR}/zephal-time-config.cmake INSTALL_DESTINATION ${_zp_cmake_dir})
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/zephal-time-config-version.cmake
@@ -45,3 +64,14 @@ foreach(_zp_var _zp_pc_libdir _zp_pc_includedir)
 endforeach()
 configure_file(cmake/zephal-time.pc.in ${PROJECT_BINARY_DIR}/zephal-time.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/zephal-time.pc DESTINATION ${_zp_pc_dir})
+# cctz has no .pc file to require: its library goes on the Libs line, with
+# its folder when the linker would not look there anyway.
+if(TARGET zephal_zones)
+  get_filename_component(_zp_cctz_dir ${Cctz_LIBRARY} DIRECTORY)
+  set(_zp_pc_cctz_libs -lcctz)
+  if(NOT _zp_cctz_dir IN_LIST CMAKE_CXX_IMPLICIT_LINK_DIRECTORIES)
+    set(_zp_pc_cctz_libs "-L${_zp_cctz_dir} -lcctz")
+  endif()
+  configure_file(cmake/zephal-time-zones.pc.in ${PROJECT_BINARY_DIR}/zephal-time-zones.pc @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/zephal-time-zones.pc DESTINATION ${_zp_pc_dir})
+endif()

@@ -16,4 +16,8 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 # dpkg-shlibdeps reads what zpdate links (libc, libstdc++, libgcc) and names
 # the versions it needs, where a hand-written list would go stale.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+# Only users of the named zones (zephal::zones) link cctz.
+if(TARGET zephal_zones)
+  set(CPACK_DEBIAN_PACKAGE_RECOMMENDS libcctz-dev)
+endif()
 include(CPack)

@@ -1,6 +1,7 @@
 // The calendar facts every reader and writer rests on, against glibc's
-// timegm and gmtime_r over every year from 1 to 9999: leap years, month
-// lengths, day counts, the breakdown of a count and the day of the week.
+// timegm and gmtime_r: leap years, month lengths and day counts over every
+// year from 1 to 9999; the breakdown of a count on every day of the years 0
+// to 9999 at a time of day that moves from day to day, and far beyond them.
 #include <gtest/gtest.h>
 
 #include "services/internal/CivilDays.h"
@@ -8,6 +9,20 @@
 #include "tests/TestValues.h"
 
 using namespace zptest;
+
+namespace {
+
+Fields fieldsOf(const zpcivil::CivilTime& c) {
+  return {static_cast<int>(c.year), c.month, c.day, c.hour, c.minute, c.second, c.weekday, c.yearDay};
+}
+
+Fields gmtimeFields(long long count) {
+  const tm g = gmtimeOf(count);
+  return {g.tm_year + 1900, g.tm_mon + 1, g.tm_mday, g.tm_hour, g.tm_min, g.tm_sec, g.tm_wday,
+          g.tm_yday};
+}
+
+}  // namespace
 
 TEST(CivilDays, EveryMonthAgreesWithTimegm) {
   for (int year = 1; year <= 9999; ++year) {
@@ -24,23 +39,25 @@ TEST(CivilDays, EveryMonthAgreesWithTimegm) {
   }
 }
 
-// Each year's first and last second, and noon of every 97th day, broken
-// down as gmtime_r breaks them down, with the weekday DayOfWeek gives.
-TEST(CivilDays, BreakdownAgreesWithGmtime) {
-  const long long first = timegmOf(1, 1, 1), last = timegmOf(10000, 1, 1) - 1;
-  auto check = [](long long count) {
-    const zpcivil::CivilTime c = zpcivil::breakDown(count);
-    const tm g = gmtimeOf(count);
-    ASSERT_EQ((Fields{static_cast<int>(c.year), c.month, c.day, c.hour, c.minute, c.second,
-                      c.weekday, c.yearDay}),
-              (Fields{g.tm_year + 1900, g.tm_mon + 1, g.tm_mday, g.tm_hour, g.tm_min, g.tm_sec,
-                      g.tm_wday, g.tm_yday}))
-        << count;
+TEST(CivilDays, BreakdownAgreesWithGmtimeOnEveryDay) {
+  const long long first = timegmOf(0, 1, 1) / 86400 - 1, last = timegmOf(9999, 12, 31) / 86400 + 1;
+  for (long long day = first; day <= last; ++day) {
+    const long long moving = (day * 7919 % 86400 + 86400) % 86400;
+    for (long long second : {day * 86400, day * 86400 + moving, day * 86400 + 86399}) {
+      ASSERT_EQ(fieldsOf(zpcivil::breakDown(second)), gmtimeFields(second)) << second;
+    }
+    const tm g = gmtimeOf(day * 86400);
     ASSERT_EQ(_zpDateParser::DayOfWeek(g.tm_year + 1900, g.tm_mon + 1, g.tm_mday), g.tm_wday);
-  };
-  for (long long t = first + 43200; t <= last; t += 97 * 86400LL) check(t);
-  for (int year = 1; year <= 9999; ++year) {
-    check(timegmOf(year, 1, 1));
-    check(timegmOf(year + 1, 1, 1) - 1);
+  }
+}
+
+// Where the 32-bit arithmetic hands over to the general one, and beyond.
+TEST(CivilDays, BreakdownAgreesWithGmtimeFarOut) {
+  const long long kEdges[] = {-1600LL * 365 * 86400, -50000LL * 365 * 86400, 2900000LL * 365 * 86400,
+                              (1LL << 40), -(1LL << 40)};
+  for (long long edge : kEdges) {
+    for (long long second = edge - 3 * 86400; second <= edge + 3 * 86400; second += 3600 * 7 + 1) {
+      ASSERT_EQ(fieldsOf(zpcivil::breakDown(second)), gmtimeFields(second)) << second;
+    }
   }
 }
