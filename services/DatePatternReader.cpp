@@ -23,8 +23,8 @@
 // them the layout has in a row. E and O modifiers and the flags - 0 ^ # +
 // are taken and change nothing. Each field's range is checked where it is
 // read; two fields that say different things (a weekday that is not the
-// date's) are refused. The text ends at its size or its first zero byte;
-// whatever the layout leaves of it is refused.
+// date's) are refused. Whatever the layout leaves of the text is refused; a
+// zero byte ends what is read, so a text holding one is refused there.
 #include <cstring>
 
 #include "services/internal/PatternReading.h"
@@ -178,8 +178,11 @@ bool zpParseDate(std::string_view text, std::string_view layout, ZephalSysTime& 
   r.begin = text.data();
   r.end = endOf(text);
   const char* p = readLayout(r, r.begin, layout.data(), endOf(layout));
-  if (p != nullptr && p != r.end) fail(r, p, "text left unread");
-  if (p == nullptr || p != r.end || !settleReading(r, value)) {
+  // A zero byte ends what the steps may read, not the text: the bytes from
+  // it on are left unread, as the module's other readers leave them.
+  const char* const textEnd = text.data() + text.size();
+  if (p != nullptr && p != textEnd) p = fail(r, p, "text left unread");
+  if (p == nullptr || !settleReading(r, value)) {
     error.reason = r.why;
     error.byte = r.whyAt != nullptr ? static_cast<size_t>(r.whyAt - r.begin) : 0;
     return false;

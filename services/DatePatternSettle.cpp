@@ -3,7 +3,7 @@
 //
 //   the date     %Y (or %C and %y, or %y: 00-49 are 20xx) with, in this order
 //                of preference: month and day (day 1 without one); the day of
-//                the year; an ISO week (%G or %g) and a weekday; a %U or %W
+//                the year; an ISO week (%G, or %g: 00-49 are 20xx) and a weekday; a %U or %W
 //                week and a weekday; nothing more: 1 January. No year: refused.
 //   checks       every other date field read must say what the date says:
 //                the weekday, %j, the weeks, the ISO year, the quarter
@@ -78,10 +78,13 @@ bool dateOf(PatternReading& r, int64_t& days) {
     days = zpcivil::daysFromCivil(year, 1, 1) + v[kYearDay] - 1;
   } else if (has(r, kIsoWeek)) {
     if (weekday < 0) return refuse(r, r.at[kIsoWeek], "week number without a weekday");
-    const int isoYear = has(r, kIsoYear) ? v[kIsoYear]
-                        : has(r, kCentury) ? v[kCentury] * 100 + v[kIsoYearOfCentury]
-                                           : zpcivil::yearFromTwoDigits(v[kIsoYearOfCentury]);
+    // %C is the calendar year's century, which the ISO year leaves for a
+    // few days at a century's edge: beside %g it is only checked.
+    const int isoYear = has(r, kIsoYear) ? v[kIsoYear] : zpcivil::yearFromTwoDigits(v[kIsoYearOfCentury]);
     days = zpcivil::daysFromIsoWeek(isoYear, v[kIsoWeek], weekday);
+    if (v[kIsoWeek] == 53 && zpcivil::isoYearStart(isoYear + 1) <= days) {
+      return refuse(r, r.at[kIsoWeek], "ISO week out of range for the year");
+    }
   } else if (has(r, kSundayWeek) || has(r, kMondayWeek)) {
     const bool monday = !has(r, kSundayWeek);
     const Field week = monday ? kMondayWeek : kSundayWeek;
