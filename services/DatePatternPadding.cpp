@@ -4,27 +4,33 @@
 
 #include "services/internal/BufferAppend.h"
 #include "services/internal/PatternSink.h"
+#include "services/internal/PutDigits.h"
 
 namespace zppattern {
 
-void Sink::put(const char* text, size_t n) {
-  if (!m_ok || n == 0) return;
-  m_ok = n < UINT32_MAX && zp_detail::BufferAppend::appendN(m_out, text, static_cast<unsigned>(n));
+void Sink::flush() {
+  if (m_used == 0) return;
+  if (m_ok) m_ok = zp_detail::BufferAppend::appendN(m_out, m_block, static_cast<unsigned>(m_used));
+  m_used = 0;
+}
+
+void Sink::putLong(const char* text, size_t n) {
+  flush();
+  if (m_ok) m_ok = n < UINT32_MAX && m_out.appendN(text, static_cast<unsigned>(n));
 }
 
 // A width of INT_MAX is 2 GiB of padding: after the first block, each append
 // copies all the padding written so far, so n bytes take log2(n) appends.
-void Sink::fill(char c, size_t n) {
-  if (!m_ok || n == 0) return;
-  char block[64];
-  const size_t first = n < sizeof block ? n : sizeof block;
-  std::memset(block, c, first);
-  put(block, first);
+void Sink::fillLong(char c, size_t n) {
+  flush();
+  std::memset(m_block, c, sizeof m_block);
+  const size_t first = n < sizeof m_block ? n : sizeof m_block;
+  putLong(m_block, first);
   for (size_t done = first; done < n && m_ok;) {
     const size_t step = n - done < done ? n - done : done;
     // The padding just written is the last `done` bytes of the buffer; the
     // append keeps its source valid when it moves the text.
-    put(m_out.getString() + m_out.getSize() - done, step);
+    putLong(m_out.getString() + m_out.getSize() - done, step);
     done += step;
   }
 }
@@ -67,6 +73,15 @@ void putText(Sink& out, char pad, int width, const char* text, size_t n, Case le
 
 void putNumber(Sink& out, char pad, int width, int digits, uint64_t magnitude, bool negative,
                bool plus, unsigned colonMask) {
+  if ((pad == 0 || pad == '0') && width < 0 && !negative && !plus && colonMask == 0 &&
+      magnitude <= UINT32_MAX) {
+    // Most numbers: zeros to their natural width, from the digit-pair table.
+    char text[12];
+    const char* const end = zp_detail::putDigits(text, static_cast<uint32_t>(magnitude),
+                                                 static_cast<unsigned>(digits));
+    out.put(text, static_cast<size_t>(end - text));
+    return;
+  }
   char buf[40];  // 20 digits and as many colons at most
   char* const end = buf + sizeof buf;
   char* p = end;

@@ -23,7 +23,7 @@
 namespace zppattern {
 namespace {
 
-bool has(const PatternReading& r, Field f) { return r.at[f] != nullptr; }
+bool has(const PatternReading& r, Field f) { return (r.present >> f & 1u) != 0; }
 
 bool refuse(PatternReading& r, const char* at, const char* why) {
   fail(r, at != nullptr ? at : r.begin, why);
@@ -52,62 +52,89 @@ int weekdayOf(const PatternReading& r) {
   return has(r, kIsoWeekday) ? r.value[kIsoWeekday] % 7 : -1;
 }
 
-// The one date the fields name, as Unix days.
-bool dateOf(PatternReading& r, int64_t& days) {
+constexpr uint32_t bit(Field f) { return 1u << f; }
+constexpr uint32_t kDateFields = (1u << (kQuarter + 1)) - 1;  // kYear .. kQuarter
+
+// The date of an ISO week and weekday (%G or %g, %V, a weekday).
+bool fromIsoWeek(PatternReading& r, int weekday, zpcivil::CivilDate& date) {
   const int* v = r.value;
-  int year = 0;
-  const bool hasYear = yearOf(r, year);
-  const int weekday = weekdayOf(r);
-  if (has(r, kIsoWeek)) {
-    if (!has(r, kIsoYear) && !has(r, kIsoYearOfCentury)) {
-      return refuse(r, r.at[kIsoWeek], "ISO week without an ISO year");
-    }
+  if (!has(r, kIsoYear) && !has(r, kIsoYearOfCentury)) {
+    return refuse(r, r.at[kIsoWeek], "ISO week without an ISO year");
   }
+  if (weekday < 0) return refuse(r, r.at[kIsoWeek], "week number without a weekday");
+  // %C is the calendar year's century, which the ISO year leaves for a few
+  // days at a century's edge: beside %g it is only checked.
+  const int isoYear =
+      has(r, kIsoYear) ? v[kIsoYear] : zpcivil::yearFromTwoDigits(v[kIsoYearOfCentury]);
+  const int64_t days = zpcivil::daysFromIsoWeek(isoYear, v[kIsoWeek], weekday);
+  if (v[kIsoWeek] == 53 && zpcivil::isoYearStart(isoYear + 1) <= days) {
+    return refuse(r, r.at[kIsoWeek], "ISO week out of range for the year");
+  }
+  date = zpcivil::civilFromDays(days);
+  return true;
+}
+
+// The date in `year` of the month and day, the day of the year, a %U or %W
+// week and weekday, or 1 January, whichever the fields name first.
+bool inYear(PatternReading& r, int year, int weekday, zpcivil::CivilDate& date,
+            uint32_t& decided) {
+  const int* v = r.value;
   if (has(r, kMonth) && (has(r, kDay) || !has(r, kYearDay))) {
-    if (!hasYear) return refuse(r, r.begin, "layout names no year");
     const int day = has(r, kDay) ? v[kDay] : 1;
     if (day > zpcivil::daysInMonth(year, v[kMonth])) {
       return refuse(r, r.at[kDay], "day out of range for the month");
     }
-    days = zpcivil::daysFromCivil(year, v[kMonth], day);
-  } else if (has(r, kYearDay)) {
-    if (!hasYear) return refuse(r, r.begin, "layout names no year");
+    date = zpcivil::CivilDate{year, v[kMonth], day};
+    decided |= bit(kMonth) | bit(kDay);
+    return true;
+  }
+  if (!has(r, kYearDay) && !has(r, kSundayWeek) && !has(r, kMondayWeek)) {
+    if (has(r, kDay)) return refuse(r, r.at[kDay], "day without a month in the layout");
+    date = zpcivil::CivilDate{year, 1, 1};
+    return true;
+  }
+  const int64_t january1 = zpcivil::daysFromCivil(year, 1, 1);
+  int64_t days = january1;
+  if (has(r, kYearDay)) {
     if (v[kYearDay] > 365 + zpcivil::isLeapYear(year)) {
       return refuse(r, r.at[kYearDay], "day of the year out of range for the year");
     }
-    days = zpcivil::daysFromCivil(year, 1, 1) + v[kYearDay] - 1;
-  } else if (has(r, kIsoWeek)) {
-    if (weekday < 0) return refuse(r, r.at[kIsoWeek], "week number without a weekday");
-    // %C is the calendar year's century, which the ISO year leaves for a
-    // few days at a century's edge: beside %g it is only checked.
-    const int isoYear = has(r, kIsoYear) ? v[kIsoYear] : zpcivil::yearFromTwoDigits(v[kIsoYearOfCentury]);
-    days = zpcivil::daysFromIsoWeek(isoYear, v[kIsoWeek], weekday);
-    if (v[kIsoWeek] == 53 && zpcivil::isoYearStart(isoYear + 1) <= days) {
-      return refuse(r, r.at[kIsoWeek], "ISO week out of range for the year");
-    }
+    days = january1 + v[kYearDay] - 1;
+    decided |= bit(kYearDay);
   } else if (has(r, kSundayWeek) || has(r, kMondayWeek)) {
     const bool monday = !has(r, kSundayWeek);
     const Field week = monday ? kMondayWeek : kSundayWeek;
-    if (!hasYear) return refuse(r, r.begin, "layout names no year");
     if (weekday < 0) return refuse(r, r.at[week], "week number without a weekday");
     const int64_t yday = zpcivil::yearDayFromWeek(year, v[week], weekday, monday);
     if (yday < 0 || yday > 364 + zpcivil::isLeapYear(year)) {
       return refuse(r, r.at[week], "week number out of range for the year");
     }
-    days = zpcivil::daysFromCivil(year, 1, 1) + yday;
-  } else if (has(r, kDay)) {
-    return refuse(r, r.at[kDay], "day without a month in the layout");
-  } else if (hasYear) {
-    days = zpcivil::daysFromCivil(year, 1, 1);
-  } else {
-    return refuse(r, r.begin, "layout names no year");
+    days = january1 + yday;
   }
+  date = zpcivil::civilFromDays(days);
   return true;
 }
 
+// The one date the fields name; `decided` gets the fields it was made of,
+// which need no check against it.
+bool dateOf(PatternReading& r, zpcivil::CivilDate& date, uint32_t& decided) {
+  decided = 0;
+  const int weekday = weekdayOf(r);
+  const bool calendar = has(r, kMonth) || has(r, kYearDay) || !has(r, kIsoWeek);
+  if (!calendar) return fromIsoWeek(r, weekday, date);
+  int year = 0;
+  if (!yearOf(r, year)) return refuse(r, r.begin, "layout names no year");
+  // The year's own fields; %C beside %Y, or %y beside it, are checked.
+  decided = has(r, kYear)             ? bit(kYear)
+            : has(r, kYearOfCentury) ? bit(kYearOfCentury) | bit(kCentury)
+                                     : bit(kCentury);
+  return inYear(r, year, weekday, date, decided);
+}
+
 // Every date field read says what the date says.
-bool checkDate(PatternReading& r, int64_t days) {
-  const zpcivil::CivilDate d = zpcivil::civilFromDays(days);
+bool checkDate(PatternReading& r, const zpcivil::CivilDate& d, uint32_t decided) {
+  if ((r.present & ~decided & kDateFields) == 0) return true;
+  const int64_t days = zpcivil::daysFromCivil(d.year, d.month, d.day);
   const int year = static_cast<int>(d.year);
   const int yday = static_cast<int>(days - zpcivil::daysFromCivil(year, 1, 1));
   const int wday = zpcivil::weekdayFromDays(days);
@@ -167,12 +194,13 @@ bool settleReading(PatternReading& r, ZephalSysTime& value) {
   if (r.unixAt != nullptr) {
     if (!settleUnix(r, out)) return false;
   } else {
-    int64_t days;
+    zpcivil::CivilDate d;
+    uint32_t decided;
     int hour;
-    if (!dateOf(r, days) || !checkDate(r, days) || !hourOf(r, hour)) return false;
-    const zpcivil::CivilDate d = zpcivil::civilFromDays(days);
+    if (!dateOf(r, d, decided) || !checkDate(r, d, decided) || !hourOf(r, hour)) return false;
     out.f = zpcivil::DateTimeFields{static_cast<int>(d.year), d.month, d.day, hour,
-                                    r.value[kMinute], r.value[kSecond], r.millis};
+                                    has(r, kMinute) ? r.value[kMinute] : 0,
+                                    has(r, kSecond) ? r.value[kSecond] : 0, r.millis};
     for (Field f : {kYear, kYearOfCentury, kCentury, kIsoYear, kIsoYearOfCentury}) {
       if (has(r, f)) {
         out.yearAt = r.at[f];

@@ -65,35 +65,6 @@ const char* readSignedOffset(PatternReading& r, const char* p, int& minutes) {
 
 }  // namespace
 
-bool store(PatternReading& r, Field field, int value, const char* at) {
-  const FieldFacts& facts = kFieldFacts[field];
-  if (value < facts.low || value > facts.high) return fail(r, at, facts.range) != nullptr;
-  if (r.at[field] != nullptr && r.value[field] != value) {
-    return fail(r, at, facts.mismatch) != nullptr;
-  }
-  r.value[field] = value;
-  r.at[field] = at;
-  return true;
-}
-
-const char* readNumber(PatternReading& r, const char* p, Field field, const Spec& s,
-                       NumberShape shape) {
-  const char* const start = p;
-  const int64_t room = s.width > shape.width ? s.width : shape.width;
-  const bool spaces = shape.spaces || s.pad == '_';
-  if (spaces) {
-    while (p < r.end && *p == ' ' && p - start < room - 1) ++p;
-  }
-  const char* const digits = p;
-  int64_t value = 0;
-  for (; p < r.end && isDigit(*p) && p - start < room; ++p) {
-    if (value <= INT_MAX / 10) value = value * 10 + (*p - '0');
-  }
-  const int64_t minDigits = shape.fullWidth && !spaces && s.pad != '-' ? shape.width : 1;
-  if (p - digits < minDigits) return fail(r, start, kFieldFacts[field].expected);
-  return store(r, field, static_cast<int>(value > INT_MAX ? INT_MAX : value), digits) ? p : nullptr;
-}
-
 const char* readName(PatternReading& r, const char* p, Field field) {
   const bool months = field == kMonth;
   const std::string_view* const names = months ? zpnames::kMonths : zpnames::kWeekdays;

@@ -71,6 +71,10 @@ void putAsWritten(Sink& out, const Spec& s, const char* end) {
 
 // An unsigned field as date writes its numbers: `digits` wide by default.
 void putField(Sink& out, const Spec& s, int digits, int64_t value, char defaultPad = 0) {
+  if (s.pad == 0 && s.width < 0 && defaultPad == 0 && value >= 0 && value <= UINT32_MAX) {
+    out.putDigits(static_cast<uint32_t>(value), static_cast<unsigned>(digits));  // most fields
+    return;
+  }
   const bool negative = value < 0;
   const uint64_t magnitude =
       negative ? 0 - static_cast<uint64_t>(value) : static_cast<uint64_t>(value);
@@ -190,7 +194,13 @@ const char* putConversion(Sink& out, const Spec& s, const char* end, const Zepha
     case 'B': putText(out, s, zppattern::monthName(f, true)); return end;
     case 'p': case 'P': putText(out, s, f.wHour > 11 ? "PM" : "AM"); return end;
     case 'Z': putText(out, s, c.abbreviation); return end;
-    case 'Y': zppattern::putYearish(out, s, 0, s.width, 4, f.wYear); return end;
+    case 'Y':
+      if (s.pad == 0 && s.width < 0) {
+        out.putDigits(f.wYear, 4);  // what putYearish writes without a flag or width
+        return end;
+      }
+      zppattern::putYearish(out, s, 0, s.width, 4, f.wYear);
+      return end;
     case 'C': zppattern::putYearish(out, s, 0, s.width, 2, f.wYear / 100); return end;
     case 'y': zppattern::putYearish(out, s, 0, s.width, 2, f.wYear % 100); return end;
     case 'G': zppattern::putYearish(out, s, 0, s.width, 4, zppattern::isoWeekOf(f).year); return end;
@@ -244,21 +254,23 @@ const char* putConversion(Sink& out, const Spec& s, const char* end, const Zepha
 }  // namespace
 
 bool zpFormatDate(std::string_view layout, const ZephalWallClock& clock, StringBuffer& out) {
-  if (layout.empty()) return true;
   const char* p = layout.data();
-  const char* end = p + layout.size();
-  if (const void* zero = std::memchr(p, '\0', layout.size())) end = static_cast<const char*>(zero);
+  const char* const end = p + layout.size();
   Sink sink(out);
   while (p < end) {
     if (*p != '%') {
-      const void* next = std::memchr(p, '%', static_cast<size_t>(end - p));
-      const char* stop = next ? static_cast<const char*>(next) : end;
-      sink.put(p, static_cast<size_t>(stop - p));
-      p = stop;
+      if (*p == '\0') break;  // the layout ends at a zero byte, as a C string
+      sink.put(*p++);         // literal runs are a byte or two between conversions
       continue;
     }
     Spec s;
-    p = putConversion(sink, s, zppattern::readSpec(p, end, s), clock);
+    if (end - p >= 2 && zppattern::isPlainConversion(p[1])) {
+      s.start = p;
+      s.conversion = p[1];
+      p = putConversion(sink, s, p + 2, clock);
+    } else {
+      p = putConversion(sink, s, zppattern::readSpec(p, end, s), clock);
+    }
   }
-  return sink.ok();
+  return sink.finish();
 }

@@ -239,6 +239,43 @@ TEST(PatternRead, Refusals) {
   }
 }
 
+// White space in the layout takes any run of it; a space past the layout's
+// own count, before a field written with space padding, is that field's.
+TEST(PatternRead, WhiteSpaceRuns) {
+  const struct {
+    const char* layout;
+    const char* text;
+    const char* result;  // Y M D h m s, or the refusal
+  } cases[] = {
+      {"%Y %b %e", "2024 Mar  7", "2024 3 7 0 0 0"},
+      {"%Y %b %e", "2024 Mar 17", "2024 3 17 0 0 0"},
+      {"%Y %b %e", "2024 Mar\t\n 17", "text left unread at byte 12"},  // " 1" is %e's
+      {"%Y %b %e", "2024 Mar   7", "2024 3 7 0 0 0"},
+      {"%Y %b %e", "2024 Mar   17", "text left unread at byte 12"},
+      {"%Y %b%n%t%e", "2024 Mar  7", "2024 3 7 0 0 0"},
+      {"%Y %b%n%t%e", "2024 Mar   7", "2024 3 7 0 0 0"},
+      {"%F\t%k%M%S", "2024-03-07\t 05711", "2024 3 7 0 57 11"},
+      {"%F\t%k%M%S", "2024-03-07\t235711", "2024 3 7 23 57 11"},
+      {"%F  %_m", "2024-10-07  10", "2024 10 7 0 0 0"},
+      {"%F  %_m", "2024-03-07   3", "2024 3 7 0 0 0"},
+      {"%F %T", "2024-03-07\r\n\v\f09:05:03", "2024 3 7 9 5 3"},
+      {"%F %T", "2024-03-0709:05:03", "expected white space at byte 10"},
+      {"%F%n", "2024-03-07", "expected white space at byte 10"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(std::string(c.layout) + " <- " + c.text);
+    const std::string text = unescape(c.text), layout = unescape(c.layout);
+    const Read r = readDate(text, layout);
+    if (!r.ok) {
+      EXPECT_EQ(refusalOf(r), c.result);
+      continue;
+    }
+    std::string fields;
+    for (int v : fieldsOf(r.value, 6)) fields += (fields.empty() ? "" : " ") + std::to_string(v);
+    EXPECT_EQ(fields, c.result);
+  }
+}
+
 // A zero byte ends what is read; the text goes on past it, unread.
 TEST(PatternRead, ZeroByteEndsTheReading) {
   EXPECT_EQ(refusalOf(readDate(std::string_view("2024-03-07\0", 11), "%F")),

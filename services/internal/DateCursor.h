@@ -13,6 +13,7 @@
 #include <cstdint>
 
 #include "services/internal/CivilDays.h"
+#include "services/internal/TextBytes.h"  // isDigit
 
 class LogBase;
 
@@ -39,7 +40,6 @@ inline const char* failAt(Reading& r, const char* at, const char* why) {
 
 // ---- Bytes ----------------------------------------------------------------------
 
-inline bool isDigit(char c) { return static_cast<unsigned char>(c - '0') < 10; }
 inline bool isSpace(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
 // 0..25 for an ASCII letter of either case; 26 or more for any other byte
 // (bytes 128-255 included: folding keeps the top bit).

@@ -23,6 +23,7 @@ enum Path : unsigned {
   kDecimalShape,    // loadAnyFormat: up to ten digits read in one pass
   kCivilBreakdown,  // zp_gmtime: calendar arithmetic instead of gmtime_r
   kWeekdayRule,     // DayOfWeek: Sakamoto's rule for the usual fields
+  kPatternDigits,   // zpParseDate: layouts of full-width numbers read in one pass
   kPathCount
 };
 

@@ -4,24 +4,62 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 #include "services/StringBuffer.h"
 #include "services/internal/PatternSpec.h"
+#include "services/internal/PutDigits.h"
 
 namespace zppattern {
 
-// Appends to a StringBuffer and remembers the first failure, so that the
-// writer tests once at the end rather than after every piece.
+// Gathers a text in a block of its own and appends it to a StringBuffer in
+// as few appends as fit, remembering the first failure: a layout's pieces
+// are a few bytes each, and an append apiece cost more than the
+// conversions (BM_PatternWrite_Ours: 3 times as many instructions).
 class Sink {
  public:
   explicit Sink(StringBuffer& out) : m_out(out) {}
-  void put(const char* text, size_t n);
-  void fill(char c, size_t n);  // n copies of c; any n
-  bool ok() const { return m_ok; }
+  void put(const char* text, size_t n) {
+    if (n <= sizeof m_block - m_used) {
+      // Byte by byte: the pieces are a few bytes, shorter than a call to memcpy.
+      for (size_t i = 0; i < n; ++i) m_block[m_used + i] = text[i];
+      m_used += n;
+    } else {
+      putLong(text, n);
+    }
+  }
+  void put(char c) {
+    if (m_used == sizeof m_block) flush();
+    m_block[m_used++] = c;
+  }
+  // `value` in at least `digits` digits, zeros before it (digits <= 10).
+  void putDigits(uint32_t value, unsigned digits) {
+    if (sizeof m_block - m_used < 10) flush();
+    m_used = static_cast<size_t>(zp_detail::putDigits(m_block + m_used, value, digits) - m_block);
+  }
+  void fill(char c, size_t n) {  // n copies of c; any n
+    if (n <= sizeof m_block - m_used) {
+      std::memset(m_block + m_used, c, n);
+      m_used += n;
+    } else {
+      fillLong(c, n);
+    }
+  }
+  // Appends what is gathered; false when any append failed.
+  bool finish() {
+    flush();
+    return m_ok;
+  }
 
  private:
+  void flush();
+  void putLong(const char* text, size_t n);
+  void fillLong(char c, size_t n);
+
   StringBuffer& m_out;
   bool m_ok = true;
+  size_t m_used = 0;
+  char m_block[256];
 };
 
 enum class Case : uint8_t { kAsIs, kUpper, kLower };
