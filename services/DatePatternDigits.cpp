@@ -61,8 +61,9 @@ bool readDigitLayout(const char* text, const char* end, const char* l, const cha
       ++p, ++l;
       continue;
     }
+    if (lend - l < 2) return false;
     const uint64_t bit = uint64_t{1} << ((l[1] - 'A') & 63);  // one bit per letter
-    if (lend - l < 2 || (seen & bit) != 0) return false;
+    if ((seen & bit) != 0) return false;
     seen |= bit;
     int* field;
     int width = 2, high;

@@ -3,6 +3,8 @@
 // zpFormatDate writes read back, and the refusals with their reasons.
 #include <time.h>
 
+#include <cstring>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -293,6 +295,28 @@ TEST(PatternRead, ZeroByteEndsTheReading) {
               "expected a month name at byte 3");
     EXPECT_EQ(refusalOf(readDate("2024" + x + "03-07", "%F")), "expected '-' at byte 4");
     EXPECT_EQ(refusalOf(readDate("2024-03-07 GMT" + x, "%F %Z")), "text left unread at byte 14");
+  }
+}
+
+// Layouts and texts in heap blocks of exactly their size, no zero after
+// them: AddressSanitizer sees any read past either view.
+TEST(PatternRead, NeverReadsPastTheViews) {
+  const char* const layouts[] = {"%Y%", "%Y-%m-%d%", "%", "%Y-%m-%dT%H:%M:%S%z", "%F %T%",
+                                 "%Y %b %e", "%s", "%F %Z", "%F %z", "%F %T.%N", "%c", "%D%:"};
+  const char* const texts[] = {"2024", "2024-03-07", "2024-03-07T09:05:03+01", "2024-03-07 +",
+                               "2024 Mar  ", "17098", "2024-03-07 CES", "2024-03-07 09:05:03.",
+                               "Thu Mar  7 09:05:03 202", "03/07/24", "2024-03-07 09:05:03"};
+  for (const char* layout : layouts) {
+    for (const char* text : texts) {
+      const size_t layoutSize = std::strlen(layout), textSize = std::strlen(text);
+      const std::unique_ptr<char[]> l(new char[layoutSize]), t(new char[textSize]);
+      std::memcpy(l.get(), layout, layoutSize);
+      std::memcpy(t.get(), text, textSize);
+      ZephalSysTime value;
+      ZephalTextError error;
+      zpParseDate(std::string_view(t.get(), textSize), std::string_view(l.get(), layoutSize), value,
+                  error);
+    }
   }
 }
 
