@@ -37,7 +37,9 @@ struct LayoutCase {
 const std::vector<LayoutCase> kMixed = {
     {"%Y-%m-%dT%H:%M:%S%z", "%Y-%m-%dT%H:%M:%S%z", {"2024-03-07T10:05:03+0100", 1709802303}},
     {"%Y-%m-%d %H:%M:%S", "%Y-%m-%d %H:%M:%S", {"2024-03-07 09:05:03", 1709802303}},
-    {"%a, %d %b %Y %H:%M:%S %z", "%a, %d %b %Y %H:%M:%S %z", {"Fri, 21 Nov 1997 09:55:06 -0600", 880127706}},
+    {"%a, %d %b %Y %H:%M:%S %z",
+     "%a, %d %b %Y %H:%M:%S %z",
+     {"Fri, 21 Nov 1997 09:55:06 -0600", 880127706}},
     {"%d/%m/%Y %H:%M", "%d/%m/%Y %H:%M", {"07/03/2024 09:05", 1709802300}},
     {"%Y%m%d%H%M%S", "%E4Y%m%d%H%M%S", {"20240307090503", 1709802303}},
     {"%b %d %Y %I:%M:%S %p", "%b %d %Y %I:%M:%S %p", {"Mar 07 2024 09:05:03 PM", 1709845503}},
@@ -161,7 +163,8 @@ class StrftimePatternWriter {
     }
   }
   void write(std::size_t i) {
-    m_size = strftime(m_text, sizeof m_text, kWriteLayouts[i % kLayoutCount], &m_tms[i / kLayoutCount]);
+    m_size =
+        strftime(m_text, sizeof m_text, kWriteLayouts[i % kLayoutCount], &m_tms[i / kLayoutCount]);
   }
   std::string text() const { return std::string(m_text, m_size); }
 
@@ -222,7 +225,8 @@ const bool kRegistered = [] {
   registerPatternReader<OursPatternReader>("BM_PatternReadIso_Ours", kIso);
   registerPatternReader<StrptimePatternReader>("BM_PatternReadIso_Strptime", kIso);
   benchmark::RegisterBenchmark("BM_PatternWrite_Ours", timePatternWriter<OursPatternWriter>);
-  benchmark::RegisterBenchmark("BM_PatternWrite_Strftime", timePatternWriter<StrftimePatternWriter>);
+  benchmark::RegisterBenchmark("BM_PatternWrite_Strftime",
+                               timePatternWriter<StrftimePatternWriter>);
 #if ZP_BENCH_ABSL
   registerPatternReader<AbslPatternReader>("BM_PatternRead_Absl", kMixed);
   registerPatternReader<AbslPatternReader>("BM_PatternReadIso_Absl", kIso);

@@ -59,14 +59,33 @@ constexpr unsigned kKeptDivisor[] = {1000, 1000, 1, 1, 1, 1, 100, 10};
 constexpr const char* kZones[] = {"", "%z", " %:z", "%::z", " %:::z", " %Z", " %z (%Z)"};
 constexpr const char* kSeparators[] = {" ", "T", "  ", "\t", " | ", "/", "\n"};
 
-// The layout with a '0' flag after each '%': the same layout to the reader.
+// The layout with a '0' flag after each conversion's '%': the same layout
+// to the reader. A conversion is read as date reads it: flags, a width, E
+// or O, then colons and 'z' or one byte (a zero byte ends the layout).
 std::string zeroFlagged(std::string_view layout) {
   std::string out;
-  for (size_t i = 0; i < layout.size(); ++i) {
-    out += layout[i];
-    if (layout[i] != '%') continue;
+  size_t i = 0;
+  const auto in = [&](const char* set) {
+    return i < layout.size() && layout[i] != '\0' && std::strchr(set, layout[i]) != nullptr;
+  };
+  while (i < layout.size()) {
+    const char c = layout[i++];
+    out += c;
+    if (c != '%') continue;
     out += '0';
-    if (i + 1 < layout.size()) out += layout[++i];  // "%%" stays one conversion
+    while (in("_-0^#+")) out += layout[i++];
+    while (in("0123456789")) out += layout[i++];
+    if (in("EO")) out += layout[i++];
+    size_t colons = 0;
+    while (i + colons < layout.size() && layout[i + colons] == ':') ++colons;
+    if (colons > 0) {
+      const bool z = i + colons < layout.size() && layout[i + colons] == 'z';
+      const size_t n = z ? colons + 1 : 1;  // colons no 'z' follows end at the first
+      out.append(layout.substr(i, n));
+      i += n;
+    } else if (i < layout.size() && layout[i] != '\0') {
+      out += layout[i++];
+    }
   }
   return out;
 }

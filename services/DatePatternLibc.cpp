@@ -71,7 +71,9 @@ size_t libcText(char conversion, const ZephalWallClock& c, char* text) {
     case 'C': p = putPadded(p, f.wYear / 100u, 1, '0'); break;
     case 'G': p = putPadded(p, static_cast<uint32_t>(isoWeekOf(f).year), 1, '0'); break;
     case 'y': p = putPadded(p, f.wYear % 100u, 2, '0'); break;
-    case 'g': p = putPadded(p, static_cast<uint32_t>((isoWeekOf(f).year % 100 + 100) % 100), 2, '0'); break;
+    case 'g':
+      p = putPadded(p, static_cast<uint32_t>((isoWeekOf(f).year % 100 + 100) % 100), 2, '0');
+      break;
     case 'q': p = putName(p, "%Oq"); break;  // unknown to glibc, which copies it
     case 'd': p = putPadded(p, f.wDay, 2, '0'); break;
     case 'e': p = putPadded(p, f.wDay, 2, ' '); break;
@@ -86,10 +88,12 @@ size_t libcText(char conversion, const ZephalWallClock& c, char* text) {
     case 'u': p = putPadded(p, (f.wDayOfWeek + 6u) % 7 + 1, 1, '0'); break;
     case 'w': p = putPadded(p, f.wDayOfWeek, 1, '0'); break;
     case 'U':
-      p = putPadded(p, static_cast<uint32_t>(zpcivil::sundayWeekOf(yearDayOf(f), f.wDayOfWeek)), 2, '0');
+      p = putPadded(p, static_cast<uint32_t>(zpcivil::sundayWeekOf(yearDayOf(f), f.wDayOfWeek)), 2,
+                    '0');
       break;
     case 'W':
-      p = putPadded(p, static_cast<uint32_t>(zpcivil::mondayWeekOf(yearDayOf(f), f.wDayOfWeek)), 2, '0');
+      p = putPadded(p, static_cast<uint32_t>(zpcivil::mondayWeekOf(yearDayOf(f), f.wDayOfWeek)), 2,
+                    '0');
       break;
     case 'V': p = putPadded(p, static_cast<uint32_t>(isoWeekOf(f).week), 2, '0'); break;
     case 'z': {  // +hhmm, seconds dropped

@@ -17,16 +17,17 @@
 //
 // Numbers take 1 digit up to their width (2; %j 3; %u %w %q 1); %Y and %G
 // take 4. A width in the layout widens a field; %e %k %l and the flag '_'
-// allow spaces before the digits, as many as the width leaves (" 7"). Names and AM/PM are read in any
-// letter case; other layout bytes must match exactly. White space in the
-// layout, %n and %t match one or more white-space bytes, however many of
-// them the layout has in a row; before a space-padded field such a run
-// leaves it a last space past the layout's own count, so "%b %e" reads
-// "Mar  7" as the writer writes it, and "Mar 17". E and O modifiers and the flags - 0 ^ # +
-// are taken and change nothing. Each field's range is checked where it is
-// read; two fields that say different things (a weekday that is not the
-// date's) are refused. Whatever the layout leaves of the text is refused; a
-// zero byte ends what is read, so a text holding one is refused there.
+// allow spaces before the digits, as many as the width leaves (" 7"). Names
+// and AM/PM are read in any letter case; other layout bytes must match
+// exactly. White space in the layout, %n and %t match one or more
+// white-space bytes, however many of them the layout has in a row; before a
+// space-padded field such a run leaves it a last space past the layout's
+// own count, so "%b %e" reads "Mar  7" as the writer writes it, and "Mar 17".
+// E and O modifiers and the flags - 0 ^ # + are taken and change nothing.
+// Each field's range is checked where it is read; two fields that say
+// different things (a weekday that is not the date's) are refused. Whatever
+// the layout leaves of the text is refused; a zero byte ends what is read,
+// so a text holding one is refused there.
 #include <cstring>
 
 #include "services/internal/FastPaths.h"
@@ -108,7 +109,8 @@ const char* readConversion(PatternReading& r, const char* p, char c, const Spec&
     case 'p': case 'P': return readAmPm(r, p);
     case 'N': return readFraction(r, p, s, 9);
     case 'f': return readFraction(r, p, s, 6);
-    case 'z': return s.colons <= 3 ? readOffset(r, p) : fail(r, p, "unknown conversion in the layout");
+    case 'z':
+      return s.colons <= 3 ? readOffset(r, p) : fail(r, p, "unknown conversion in the layout");
     case 'Z': return readZoneName(r, p);
     case 's': return readUnixSeconds(r, p);
     case '%':

@@ -160,7 +160,9 @@ bool hourOf(PatternReading& r, int& hour) {
     if (has(r, kHour12) && v[kHour12] % 12 != hour % 12) {
       return refuse(r, r.at[kHour12], kFieldFacts[kHour12].mismatch);
     }
-    if (has(r, kPm) && v[kPm] != (hour >= 12)) return refuse(r, r.at[kPm], kFieldFacts[kPm].mismatch);
+    if (has(r, kPm) && v[kPm] != (hour >= 12)) {
+      return refuse(r, r.at[kPm], kFieldFacts[kPm].mismatch);
+    }
   } else if (has(r, kHour12)) {
     if (!has(r, kPm)) return refuse(r, r.at[kHour12], "12-hour hour without AM or PM");
     hour = v[kHour12] % 12 + 12 * v[kPm];

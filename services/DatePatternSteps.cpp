@@ -51,7 +51,9 @@ const char* readSignedOffset(PatternReading& r, const char* p, int& minutes) {
     if (!twoDigitsAt(p + 1, end, mins)) return fail(r, p + 1, "expected the minutes of the offset");
     p += 3;
     if (p < end && *p == ':') {
-      if (!twoDigitsAt(p + 1, end, secs)) return fail(r, p + 1, "expected the seconds of the offset");
+      if (!twoDigitsAt(p + 1, end, secs)) {
+        return fail(r, p + 1, "expected the seconds of the offset");
+      }
       p += 3;
     }
   } else if (twoDigitsAt(p, end, mins)) {

@@ -30,7 +30,8 @@ using zppattern::Spec;
 // The conversions that take each modifier without being copied as written.
 bool takesModifier(char modifier, char conversion) {
   if (modifier == 0) return true;
-  const char* const taking = modifier == 'E' ? "cCnpPqrRstTuxXyYzZ" : "bBCdegGhHIjklmMnNpPqrRsStTuUVwWyzZ";
+  const char* const taking =
+      modifier == 'E' ? "cCnpPqrRstTuxXyYzZ" : "bBCdegGhHIjklmMnNpPqrRsStTuUVwWyzZ";
   return std::strchr(taking, conversion) != nullptr;
 }
 
@@ -203,7 +204,9 @@ const char* putConversion(Sink& out, const Spec& s, const char* end, const Zepha
       return end;
     case 'C': zppattern::putYearish(out, s, 0, s.width, 2, f.wYear / 100); return end;
     case 'y': zppattern::putYearish(out, s, 0, s.width, 2, f.wYear % 100); return end;
-    case 'G': zppattern::putYearish(out, s, 0, s.width, 4, zppattern::isoWeekOf(f).year); return end;
+    case 'G':
+      zppattern::putYearish(out, s, 0, s.width, 4, zppattern::isoWeekOf(f).year);
+      return end;
     case 'g': {
       const int64_t year = zppattern::isoWeekOf(f).year;  // -1 for the first days of year 0
       zppattern::putYearish(out, s, 0, s.width, 2, (year < 0 ? -year : year) % 100);
@@ -221,15 +224,20 @@ const char* putConversion(Sink& out, const Spec& s, const char* end, const Zepha
     case 'j': putField(out, s, 3, zppattern::yearDayOf(f) + 1); return end;
     case 'u': putField(out, s, 1, (f.wDayOfWeek + 6) % 7 + 1); return end;
     case 'w': putField(out, s, 1, f.wDayOfWeek); return end;
-    case 'U': putField(out, s, 2, zpcivil::sundayWeekOf(zppattern::yearDayOf(f), f.wDayOfWeek)); return end;
-    case 'W': putField(out, s, 2, zpcivil::mondayWeekOf(zppattern::yearDayOf(f), f.wDayOfWeek)); return end;
+    case 'U':
+      putField(out, s, 2, zpcivil::sundayWeekOf(zppattern::yearDayOf(f), f.wDayOfWeek));
+      return end;
+    case 'W':
+      putField(out, s, 2, zpcivil::mondayWeekOf(zppattern::yearDayOf(f), f.wDayOfWeek));
+      return end;
     case 'V': putField(out, s, 2, zppattern::isoWeekOf(f).week); return end;
     case 'q': putField(out, s, 1, f.wMonth == 0 ? 0 : ((f.wMonth - 1) * 11 >> 5) + 1); return end;
     case 's': putField(out, s, 1, zppattern::unixSecondsOf(c)); return end;
     case 'N': putNanoseconds(out, s, end, f.wMilliseconds); return end;
     case 'z':
       if (s.colons > 3) break;
-      if (s.modifier == 'O' && !(c.gmtOffset < 0 || (c.gmtOffset == 0 && c.abbreviation[0] == '-'))) {
+      if (s.modifier == 'O' &&
+          !(c.gmtOffset < 0 || (c.gmtOffset == 0 && c.abbreviation[0] == '-'))) {
         // date hands strftime "%Oz", or "%O:" for the colon forms, which
         // it copies as unknown.
         char text[zppattern::kLibcTextRoom];

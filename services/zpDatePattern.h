@@ -25,11 +25,14 @@ class ZephalSysTime;
 
 // ---- Layouts by name -------------------------------------------------------------
 
-inline constexpr std::string_view kZpLayoutRfc3339 = "%Y-%m-%dT%H:%M:%S%:z";  // 2024-03-07T10:05:03+01:00
-inline constexpr std::string_view kZpLayoutRfc3339Millis =
-    "%Y-%m-%dT%H:%M:%S.%3N%:z";                                              // 2024-03-07T10:05:03.123+01:00
-inline constexpr std::string_view kZpLayoutRfc1123 = "%a, %d %b %Y %H:%M:%S %Z";  // Thu, 07 Mar 2024 09:05:03 GMT
-inline constexpr std::string_view kZpLayoutDate = "%a %b %e %H:%M:%S %Z %Y";  // Thu Mar  7 10:05:03 CET 2024 (date's own)
+// 2024-03-07T10:05:03+01:00
+inline constexpr std::string_view kZpLayoutRfc3339 = "%Y-%m-%dT%H:%M:%S%:z";
+// 2024-03-07T10:05:03.123+01:00
+inline constexpr std::string_view kZpLayoutRfc3339Millis = "%Y-%m-%dT%H:%M:%S.%3N%:z";
+// Thu, 07 Mar 2024 09:05:03 GMT (of a GMT value's clock)
+inline constexpr std::string_view kZpLayoutRfc1123 = "%a, %d %b %Y %H:%M:%S %Z";
+// Thu Mar  7 10:05:03 CET 2024, as date writes without a format
+inline constexpr std::string_view kZpLayoutDate = "%a %b %e %H:%M:%S %Z %Y";
 
 // ---- Writing ------------------------------------------------------------------------
 

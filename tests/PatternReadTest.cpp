@@ -106,7 +106,8 @@ constexpr Laxer kLaxer[] = {
      "no white space the layout does not have"},
     {"%Y-%m-%d", "2024-02-30", "day out of range for the month at byte 8",
      "timegm would move it to 1 March"},
-    {"%Y-%m-%d", "2023-02-29", "day out of range for the month at byte 8", "no 29 February in 2023"},
+    {"%Y-%m-%d", "2023-02-29", "day out of range for the month at byte 8",
+     "no 29 February in 2023"},
     {"%Y %j", "2023 366", "day of the year out of range for the year at byte 5", "2023 has 365"},
     {"%a %Y-%m-%d", "Fri 2024-03-07", "weekday does not match the date at byte 0",
      "the text contradicts itself"},
@@ -124,7 +125,8 @@ constexpr Laxer kLaxer[] = {
      "strptime skips white space after its last field"},
     {"%Y-%m-%d %H:%M", "2024-03-07 09:05:30", "text left unread at byte 16",
      "strptime stops where the layout does, we read the whole text"},
-    {"%Y-%m-%d %Z", "2024-03-07 UTC+1", "text left unread at byte 14", "a name ends at its letters"},
+    {"%Y-%m-%d %Z", "2024-03-07 UTC+1", "text left unread at byte 14",
+     "a name ends at its letters"},
     {"%Y-%m-%d%H", "2024-03-07 09", "expected an hour at byte 10",
      "no white space the layout does not have"},
     {"%d/%m/%y", "01/01/68", "", "pivot: 00-49 are 20xx here, 00-68 in glibc"},
@@ -142,7 +144,8 @@ TEST(PatternRead, AsStrptimeReads) {
     EXPECT_EQ(r.value.toUnixTime_gmt64(), expected);
     const std::string layout = c[0];
     const bool zoned = layout.find("%z") != std::string::npos ||
-                       layout.find("%Z") != std::string::npos || layout.find("%s") != std::string::npos;
+                       layout.find("%Z") != std::string::npos ||
+                       layout.find("%s") != std::string::npos;
     EXPECT_EQ(r.value.m_bFromUnknownTimezone, !zoned);
   }
 }

@@ -128,3 +128,28 @@ TEST(PatternRoundTrip, EveryDay) {
     ASSERT_EQ(stateOf(b), stateOf(a)) << named;
   }
 }
+
+// The named layouts write what their comments show and read it back.
+TEST(PatternRoundTrip, NamedLayouts) {
+  ZephalSysTime gmt;
+  gmt.fromUnixTime64(false, 1709802303);
+  gmt.m_time.wMilliseconds = 123;
+  ZephalWallClock clock;
+  zpWallClockOf(gmt, clock);
+  const struct {
+    std::string_view layout;
+    const char* text;
+  } cases[] = {
+      {kZpLayoutRfc3339, "2024-03-07T09:05:03+00:00"},
+      {kZpLayoutRfc3339Millis, "2024-03-07T09:05:03.123+00:00"},
+      {kZpLayoutRfc1123, "Thu, 07 Mar 2024 09:05:03 GMT"},
+      {kZpLayoutDate, "Thu Mar  7 09:05:03 GMT 2024"},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(writeClock(std::string(c.layout).c_str(), clock), c.text);
+    ZephalSysTime back;
+    ZephalTextError error;
+    ASSERT_TRUE(zpParseDate(c.text, c.layout, back, error)) << c.text << ": " << error.reason;
+    EXPECT_EQ(back.toUnixTime_gmt64(), 1709802303) << c.text;
+  }
+}

@@ -94,7 +94,8 @@ bool diverges(const std::string& layout) {
 // Each conversion both take, alone, with each flag, with widths, with each
 // modifier. %s only for local values: glibc's reads any tm as local time.
 std::vector<std::string> sharedLayouts(bool local) {
-  const std::string conversions = std::string("aAbBcCdDeFgGhHIjklmMnpPrRSTuUVwWxXyYzZ%") + (local ? "s" : "");
+  const std::string conversions =
+      std::string("aAbBcCdDeFgGhHIjklmMnpPrRSTuUVwWxXyYzZ%") + (local ? "s" : "");
   std::vector<std::string> layouts;
   for (char c : conversions) {
     for (const char* prefix : {"", "-", "_", "0", "^", "#", "3", "12", "E", "O"}) {
@@ -137,7 +138,8 @@ TEST(PatternWrite, Divergences) {
     for (std::string layout; list >> layout;) {
       char text[128];
       const size_t n = strftime(text, sizeof text, layout.c_str(), &parts);
-      const ZephalWallClock some = layout.find('s') != std::string::npos ? clockAt(0, 0, false) : clock;
+      const ZephalWallClock some =
+          layout.find('s') != std::string::npos ? clockAt(0, 0, false) : clock;
       tm other = gmtimeOf(0);
       char otherText[128];
       const size_t m = strftime(otherText, sizeof otherText, layout.c_str(), &other);
@@ -155,7 +157,8 @@ TEST(PatternWrite, NamesOfEveryMonthAndWeekday) {
     const long long instant = 1704067200LL + day * 86400LL;  // from 2024-01-01
     tm parts = gmtimeOf(instant);
     char text[96];
-    const std::string layout = "%a %A %b %B %^a %#B %p %P";  // a string: g++ warns of %^ in a literal
+    const std::string layout =
+        "%a %A %b %B %^a %#B %p %P";  // a string: g++ warns of %^ in a literal
     const size_t n = strftime(text, sizeof text, layout.c_str(), &parts);
     EXPECT_EQ(written(layout, clockAt(instant, 0, false)), std::string(text, n));
   }
