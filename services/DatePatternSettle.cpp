@@ -3,8 +3,10 @@
 //
 //   the date     %Y (or %C and %y, or %y: 00-49 are 20xx) with, in this order
 //                of preference: month and day (day 1 without one); the day of
-//                the year; an ISO week (%G, or %g: 00-49 are 20xx) and a weekday; a %U or %W
-//                week and a weekday; nothing more: 1 January. No year: refused.
+//                the year; a %U or %W week and a weekday; nothing more: 1
+//                January. Or an ISO week (%G, or %g: 00-49 are 20xx) and a
+//                weekday, where no month or day of the year is read. No year:
+//                refused.
 //   checks       every other date field read must say what the date says:
 //                the weekday, %j, the weeks, the ISO year, the quarter
 //   the time     %H, or %I with %p (a 12-hour hour alone is refused); %M, %S

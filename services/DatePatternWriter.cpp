@@ -70,7 +70,7 @@ void putAsWritten(Sink& out, const Spec& s, const char* end) {
                      upper ? Case::kUpper : Case::kAsIs);
 }
 
-// An unsigned field as date writes its numbers: `digits` wide by default.
+// A field as date writes its numbers: `digits` wide by default.
 void putField(Sink& out, const Spec& s, int digits, int64_t value, char defaultPad = 0) {
   if (s.pad == 0 && s.width < 0 && defaultPad == 0 && value >= 0 && value <= UINT32_MAX) {
     out.putDigits(static_cast<uint32_t>(value), static_cast<unsigned>(digits));  // most fields
@@ -103,11 +103,21 @@ void putNanoseconds(Sink& out, const Spec& s, const char* end, unsigned millis) 
 }
 
 // %z, %:z (+hh:mm), %::z (+hh:mm:ss), %:::z (as few fields as say it).
+// (O forms of a positive offset go to strftime.)
 // A zero offset of a zone whose abbreviation starts with '-' (tzdata's
 // "-00", no zone known) is written -0000.
 void putOffset(Sink& out, const Spec& s, const ZephalWallClock& c) {
   const int64_t off = c.gmtOffset;
   const bool negative = off < 0 || (off == 0 && c.abbreviation[0] == '-');
+  if (s.modifier == 'O' && !negative) {
+    // date hands strftime "%Oz", or "%O:" for the colon forms, which it
+    // copies as unknown.
+    char text[zppattern::kLibcTextRoom];
+    const size_t n = s.colons == 0 ? zppattern::libcText('z', c, text) : 3;
+    if (s.colons != 0) std::memcpy(text, "%O:", 3);
+    zppattern::putText(out, s.pad, s.width, text, n, s.upper ? Case::kUpper : Case::kAsIs);
+    return;
+  }
   const uint64_t m = static_cast<uint64_t>(off < 0 ? -off : off);
   const uint64_t hh = m / 3600, mm = m / 60 % 60, ss = m % 60;
   int colons = s.colons;
@@ -236,16 +246,6 @@ const char* putConversion(Sink& out, const Spec& s, const char* end, const Zepha
     case 'N': putNanoseconds(out, s, end, f.wMilliseconds); return end;
     case 'z':
       if (s.colons > 3) break;
-      if (s.modifier == 'O' &&
-          !(c.gmtOffset < 0 || (c.gmtOffset == 0 && c.abbreviation[0] == '-'))) {
-        // date hands strftime "%Oz", or "%O:" for the colon forms, which
-        // it copies as unknown.
-        char text[zppattern::kLibcTextRoom];
-        const size_t n = s.colons == 0 ? zppattern::libcText('z', c, text) : 3;
-        if (s.colons != 0) std::memcpy(text, "%O:", 3);
-        zppattern::putText(out, s.pad, s.width, text, n, s.upper ? Case::kUpper : Case::kAsIs);
-        return end;
-      }
       putOffset(out, s, c);
       return end;
     case 'F': putIsoDate(out, s, f); return end;

@@ -91,6 +91,7 @@ constexpr const char* kShared[][2] = {
     {"%Y-%m", "2024-02"},
     {"%Y/%m/%d %H", "0001/01/01 00"},
     {"%Y/%m/%d %H:%M:%S", "9999/12/31 23:59:59"},
+    {"%h %d %Y %R", "mAr 07 2024 09:05"},
 };
 
 // strptime takes these; we refuse them, for the reason given.
@@ -147,6 +148,42 @@ TEST(PatternRead, AsStrptimeReads) {
                        layout.find("%Z") != std::string::npos ||
                        layout.find("%s") != std::string::npos;
     EXPECT_EQ(r.value.m_bFromUnknownTimezone, !zoned);
+  }
+}
+
+// What strftime writes on the local clock, read by strptime and timegm and
+// by ours: the same instant (or the same wall clock, no zone). Two-digit
+// years only in 1970-2049, where glibc's pivot (69) and ours (50) agree;
+// four-digit ones from 1000, where glibc starts padding %Y.
+TEST(PatternRead, AsStrptimeReadsWhatStrftimeWrites) {
+  const struct {
+    const char* layout;
+    bool twoDigitYear;
+  } layouts[] = {
+      {"%Y-%m-%d %H:%M:%S", false},         {"%a, %d %b %Y %H:%M:%S %z", false},
+      {"%A %B %e %Y %I:%M:%S %p", false},   {"%c", false},
+      {"%D %T", true},                      {"%x %X %z", true},
+      {"%Y %j %H:%M", false},               {"%C%y%m%d%H%M%S", false},
+      {"%b %d %Y %r", false},               {"%s", false},
+      {"%Y %U %a %T", false},               {"%Y %W %u %k.%M.%S %z", false},
+      {"%d/%m/%y %l:%M %p", true},
+  };
+  for (long long t = -30610137600; t < 253402214400; t += 777777777) {
+    const time_t when = t;
+    tm local;
+    localtime_r(&when, &local);
+    for (const auto& l : layouts) {
+      if (l.twoDigitYear && (local.tm_year < 70 || local.tm_year > 149)) continue;
+      if (t < 0 && std::string(l.layout) == "%s") continue;  // glibc's %s takes no sign
+      char text[96];
+      const std::string layout = l.layout;
+      strftime(text, sizeof text, layout.c_str(), &local);
+      long long expected = 0;
+      ASSERT_TRUE(strptimeInstant(text, layout, expected)) << layout << " <- " << text;
+      const Read r = readDate(text, layout);
+      ASSERT_TRUE(r.ok) << layout << " <- " << text << ": " << refusalOf(r);
+      ASSERT_EQ(r.value.toUnixTime_gmt64(), expected) << layout << " <- " << text;
+    }
   }
 }
 
