@@ -16,14 +16,16 @@
 //   %Y%m%d%H%M%S                20240307090503                (fields end at their width)
 //
 // Numbers take 1 digit up to their width (2; %j 3; %u %w %q 1); %Y and %G
-// take 4. A width in the layout widens a field; %e %k %l and the flag '_'
-// allow spaces before the digits, as many as the width leaves (" 7"). Names
+// take 4, or 1 to 4 with the flag '-'. A width in the layout widens a
+// field; %e %k %l and the flag '_' allow spaces before the digits, as many
+// as the width leaves (" 7"). %N takes 1 to 9 digits, %f 1 to 6, either
+// exactly its width when it has one (%3N). Names
 // and AM/PM are read in any letter case; other layout bytes must match
 // exactly. White space in the layout, %n and %t match one or more
 // white-space bytes, however many of them the layout has in a row; before a
 // space-padded field such a run leaves it a last space past the layout's
 // own count, so "%b %e" reads "Mar  7" as the writer writes it, and "Mar 17".
-// E and O modifiers and the flags - 0 ^ # + are taken and change nothing.
+// E and O modifiers and the flags 0 ^ # + are taken and change nothing.
 // Each field's range is checked where it is read; two fields that say
 // different things (a weekday that is not the date's) are refused. Whatever
 // the layout leaves of the text is refused; a zero byte ends what is read,
