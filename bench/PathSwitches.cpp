@@ -16,6 +16,7 @@
 #include "bench/BenchReaders.h"
 #include "bench/BenchTexts.h"
 #include "services/internal/FastPaths.h"
+#include "services/zpDatePattern.h"
 
 namespace zpbench {
 namespace {
@@ -35,6 +36,29 @@ const TextSet kHttpTexts = {
     {"Tue, 15 Nov 1994 08:12:31 GMT", 784887151},
     {"Sun, 06 Nov 1994 08:49:37 GMT", 784111777},
     {"Mon, 01 Jan 2024 00:00:00 GMT", 1704067200},
+};
+
+// RFC 3339 without a fraction, read by the pattern reader with its layout.
+const TextSet kPatternDigitTexts = {
+    {"2024-03-07T10:05:03+0100", 1709802303},
+    {"1997-11-21T09:55:06-06:00", 880127706},
+    {"2030-09-13T17:45:10+0530", 1915532110},
+    {"2000-01-01T00:00:00Z", 946684800},
+};
+
+class OursPatternDigitReader {
+ public:
+  explicit OursPatternDigitReader(const TextSet& set) : m_set(set) {}
+  bool read(std::size_t i, long long& s) {
+    if (!zpParseDate(m_set[i].text, "%Y-%m-%dT%H:%M:%S%z", m_value, m_error)) return false;
+    s = unixSecondsOf(m_value.m_time);
+    return true;
+  }
+
+ private:
+  const TextSet& m_set;
+  ZephalSysTime m_value;
+  ZephalTextError m_error;
 };
 
 // Writers of the instants: the ISO 8601 timestamp and the log record.
@@ -96,6 +120,11 @@ const bool kRegistered = [] {
       {"DecimalShape", zp_fast::kDecimalShape, &kLoadUnixTexts, false, true},
       {"WeekdayRule", zp_fast::kWeekdayRule, &kLoadGeneralizedTexts, false, true},
   };
+  for (const bool off : {false, true}) {
+    benchmark::RegisterBenchmark(off ? "BM_PathPatternDigits_Off" : "BM_PathPatternDigits_On",
+                                 readSwitched<OursPatternDigitReader>, &kPatternDigitTexts,
+                                 zp_fast::kPatternDigits, off);
+  }
   for (const ReadPath& r : reads) {
     for (const bool off : {false, true}) {
       const std::string name = std::string("BM_Path") + r.name + (off ? "_Off" : "_On");

@@ -107,6 +107,12 @@ def goal_lines(rows, batch):
             p = fastest_peer(rows, op)
             if p:
                 add(f"{op}: >= 3x the fastest peer", f"{p[1] / p[2]:.1f}x ({p[0]})", p[1] / p[2] >= 3)
+    for op in ["PatternRead", "PatternReadIso"]:
+        ours, strptime, absl = (rows.get(f"BM_{op}_{i}") for i in ("Ours", "Strptime", "Absl"))
+        if ours and strptime:
+            add(f"{op}: >= 3x strptime + timegm", f"{strptime / ours:.1f}x", strptime / ours >= 3)
+        if ours and absl:
+            add(f"{op}: faster than absl::ParseTime", f"{absl / ours:.1f}x", absl / ours > 1)
     ours, p = rows.get("BM_LoadRfc822_Ours"), fastest_peer(rows, "ParseRfc1123")
     if ours and p:
         add("LoadRfc822: >= 5x the fastest peer's RFC 1123 parse", f"{p[1] / ours:.1f}x ({p[0]})",
@@ -202,8 +208,10 @@ def main():
     print(table(rows, notes, "Parsing", lambda op: op.startswith("Parse")))
     print(table(rows, notes, "The free-form loader, each form", lambda op: op.startswith("Load")))
     print(table(rows, notes, "Writing", lambda op: op.startswith("Write")))
+    print(table(rows, notes, "Pattern layouts (zpParseDate, zpFormatDate)",
+                lambda op: op.startswith("Pattern")))
     print(table(rows, notes, "Legacy formats and std::chrono",
-                lambda op: not op.startswith(("Parse", "Load", "Write", "Local", "Zone"))))
+                lambda op: not op.startswith(("Parse", "Load", "Write", "Local", "Zone", "Pattern"))))
     print(table(rows, notes, "Named zones (zephal::zones)", lambda op: op.startswith("Zone")))
     print(table(rows, notes, "Local paths, TZ set", lambda op: op.startswith("Local")))
     print(table(unset_rows, {}, "Local paths, TZ unset (glibc checks the zone file on every call)",

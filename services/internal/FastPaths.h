@@ -21,6 +21,7 @@ enum Path : unsigned {
   kRfc3339Shape,    // loadAnyFormat: RFC 3339 read whole by position, before the counts
   kDecimalShape,    // loadAnyFormat: up to ten digits read in one pass
   kWeekdayRule,     // DayOfWeek: Sakamoto's rule for the usual fields
+  kPatternDigits,   // zpParseDate: layouts of full-width numbers read in one pass
   kPathCount
 };
 

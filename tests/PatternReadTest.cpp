@@ -1,0 +1,429 @@
+// zpParseDate against glibc's strptime and timegm on the layouts both take,
+// against strftime for the week dates strptime does not compute, the texts
+// zpFormatDate writes read back, and the refusals with their reasons.
+#include <time.h>
+
+#include <cstring>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "services/zpDateParser.h"
+#include "services/zpDatePattern.h"
+#include "tests/TestValues.h"
+
+using namespace zptest;
+
+namespace {
+
+struct Read {
+  bool ok;
+  ZephalSysTime value;
+  ZephalTextError error;
+};
+
+Read readDate(std::string_view text, std::string_view layout) {
+  Read r;
+  r.ok = zpParseDate(text, layout, r.value, r.error);
+  return r;
+}
+
+std::string refusalOf(const Read& r) {
+  return r.ok ? "taken" : std::string(r.error.reason) + " at byte " + std::to_string(r.error.byte);
+}
+
+// What strptime makes of the whole text, as an instant: timegm of its
+// fields less the offset %z read; mktime for %s, which strptime breaks down
+// as local time. False when it refuses or stops short of the end.
+bool strptimeInstant(const std::string& text, const std::string& layout, long long& instant) {
+  tm t{};
+  t.tm_mday = 1;  // a layout without a day: the first, as ours
+  const char* end = strptime(text.c_str(), layout.c_str(), &t);
+  if (end == nullptr || *end != '\0') return false;
+  const long offset = t.tm_gmtoff;  // timegm clears it
+  instant = layout.find("%s") != std::string::npos ? mktime(&t) : timegm(&t) - offset;
+  return true;
+}
+
+// strptime and ours agree on these: the same instant; the zone stated or not.
+constexpr const char* kShared[][2] = {
+    {"%Y-%m-%d %H:%M:%S", "2024-03-07 09:05:03"},
+    {"%Y-%m-%d %H:%M:%S", "2024-12-31 23:59:60"},  // a leap second, kept as read
+    {"%Y-%m-%dT%H:%M:%S%z", "2024-03-07T10:05:03+0100"},
+    {"%Y-%m-%dT%H:%M:%S%z", "2024-03-07T03:35:03-05:30"},
+    {"%Y-%m-%dT%H:%M:%S%z", "2024-03-07T09:05:03Z"},
+    {"%Y-%m-%dT%H:%M:%S%z", "2024-03-07T10:05:03+01"},
+    {"%Y-%m-%d %H:%M %z", "2024-01-01 00:30 +2359"},
+    {"%a, %d %b %Y %H:%M:%S %Z", "Thu, 07 Mar 2024 09:05:03 GMT"},
+    {"%a, %d %b %Y %H:%M:%S %Z", "thu, 07 mar 2024 09:05:03 UTC"},
+    {"%A %B %d %Y", "THURSDAY march 07 2024"},
+    {"%b %d %Y", "Sep 7 2024"},
+    {"%m/%d/%Y", "3/7/2024"},
+    {"%d/%m/%y", "07/03/24"},
+    {"%d/%m/%y", "31/12/49"},
+    {"%D %T", "03/07/24 09:05:03"},
+    {"%F %T", "2024-03-07 09:05:03"},
+    {"%c", "Thu Mar  7 09:05:03 2024"},
+    {"%x %X", "03/07/24 09:05:03"},
+    {"%F %r", "2024-03-07 09:05:03 PM"},
+    {"%F %I:%M %p", "2024-03-07 12:00 AM"},
+    {"%F %I:%M %p", "2024-03-07 12:30 pm"},
+    {"%F %l:%M %p", "2024-03-07  1:30 pm"},
+    {"%e %b %Y %k:%M", " 7 Mar 2024  9:05"},
+    {"%Y %j", "2024 067"},
+    {"%Y %j", "2024 366"},
+    {"%Y %j", "2023 1"},
+    {"%Y %U %a", "2024 09 Thu"},
+    {"%Y %U %w", "2024 00 6"},
+    {"%Y %W %A", "2024 10 Thursday"},
+    {"%Y %W %u", "2024 52 7"},
+    {"%C%y%m%d", "20240307"},
+    {"%C%y%m%d", "19991231"},
+    {"%Y%m%d%H%M%S", "20240307090503"},
+    {"%Y%m%d", "2024037"},
+    {"%s", "1709802303"},
+    {"%s", "0"},
+    {"%Y-%m-%d%n%H:%M", "2024-03-07\t09:05"},
+    {"%Y-%m-%d %t %H:%M", "2024-03-07 \n 09:05"},
+    {"%Y-%m-%d %%", "2024-03-07 %"},
+    {"%Y", "2024"},
+    {"%Y-%m", "2024-02"},
+    {"%Y/%m/%d %H", "0001/01/01 00"},
+    {"%Y/%m/%d %H:%M:%S", "9999/12/31 23:59:59"},
+    {"%h %d %Y %R", "mAr 07 2024 09:05"},
+};
+
+// strptime takes these; we refuse them, for the reason given.
+struct Laxer {
+  const char* layout;
+  const char* text;
+  const char* refusal;
+  const char* why;
+};
+constexpr Laxer kLaxer[] = {
+    {"%Y-%m-%d", "24-03-07", "expected a four-digit year at byte 0", "%Y is four digits"},
+    {"%Y-%m-%d", " 2024-03-07", "expected a four-digit year at byte 0",
+     "no white space the layout does not have"},
+    {"%Y-%m-%d", "2024-02-30", "day out of range for the month at byte 8",
+     "timegm would move it to 1 March"},
+    {"%Y-%m-%d", "2023-02-29", "day out of range for the month at byte 8",
+     "no 29 February in 2023"},
+    {"%Y %j", "2023 366", "day of the year out of range for the year at byte 5", "2023 has 365"},
+    {"%a %Y-%m-%d", "Fri 2024-03-07", "weekday does not match the date at byte 0",
+     "the text contradicts itself"},
+    {"%Y-%m-%d %H:%M %p", "2024-03-07 22:05 AM", "AM/PM does not match the hour at byte 17",
+     "the text contradicts itself"},
+    {"%Y-%m-%d %I:%M", "2024-03-07 09:05", "12-hour hour without AM or PM at byte 11",
+     "morning or evening is a guess"},
+    {"%H:%M", "09:05", "layout names no year at byte 0", "no date: today or 1900 is a guess"},
+    {"%d %b", "07 Mar", "layout names no year at byte 0", "no year"},
+    {"%Y-%m-%d %Z", "2024-03-07 XYZ", "unknown zone name at byte 11",
+     "strptime skips any word, we need its offset"},
+    {"%Y-%m-%d %Z", "2024-03-07 IST", "zone name with several offsets at byte 11",
+     "India, Ireland or Israel"},
+    {"%Y-%m-%d %H:%M:%S", "2024-03-07 9:5:3 ", "text left unread at byte 16",
+     "strptime skips white space after its last field"},
+    {"%Y-%m-%d %H:%M", "2024-03-07 09:05:30", "text left unread at byte 16",
+     "strptime stops where the layout does, we read the whole text"},
+    {"%Y-%m-%d %Z", "2024-03-07 UTC+1", "text left unread at byte 14",
+     "a name ends at its letters"},
+    {"%Y-%m-%d%H", "2024-03-07 09", "expected an hour at byte 10",
+     "no white space the layout does not have"},
+    {"%d/%m/%y", "01/01/68", "", "pivot: 00-49 are 20xx here, 00-68 in glibc"},
+};
+
+}  // namespace
+
+TEST(PatternRead, AsStrptimeReads) {
+  for (const auto& c : kShared) {
+    SCOPED_TRACE(std::string(c[0]) + " <- " + c[1]);
+    long long expected = 0;
+    ASSERT_TRUE(strptimeInstant(c[1], c[0], expected));
+    const Read r = readDate(c[1], c[0]);
+    ASSERT_TRUE(r.ok) << refusalOf(r);
+    EXPECT_EQ(r.value.toUnixTime_gmt64(), expected);
+    const std::string layout = c[0];
+    const bool zoned = layout.find("%z") != std::string::npos ||
+                       layout.find("%Z") != std::string::npos ||
+                       layout.find("%s") != std::string::npos;
+    EXPECT_EQ(r.value.m_bFromUnknownTimezone, !zoned);
+  }
+}
+
+// What strftime writes on the local clock, read by strptime and timegm and
+// by ours: the same instant (or the same wall clock, no zone). Two-digit
+// years only in 1970-2049, where glibc's pivot (69) and ours (50) agree;
+// four-digit ones from 1000, where glibc starts padding %Y.
+TEST(PatternRead, AsStrptimeReadsWhatStrftimeWrites) {
+  const struct {
+    const char* layout;
+    bool twoDigitYear;
+  } layouts[] = {
+      {"%Y-%m-%d %H:%M:%S", false},         {"%a, %d %b %Y %H:%M:%S %z", false},
+      {"%A %B %e %Y %I:%M:%S %p", false},   {"%c", false},
+      {"%D %T", true},                      {"%x %X %z", true},
+      {"%Y %j %H:%M", false},               {"%C%y%m%d%H%M%S", false},
+      {"%b %d %Y %r", false},               {"%s", false},
+      {"%Y %U %a %T", false},               {"%Y %W %u %k.%M.%S %z", false},
+      {"%d/%m/%y %l:%M %p", true},
+  };
+  for (long long t = -30610137600; t < 253402214400; t += 777777777) {
+    const time_t when = t;
+    tm local;
+    localtime_r(&when, &local);
+    for (const auto& l : layouts) {
+      if (l.twoDigitYear && (local.tm_year < 70 || local.tm_year > 149)) continue;
+      if (t < 0 && std::string(l.layout) == "%s") continue;  // glibc's %s takes no sign
+      char text[96];
+      const std::string layout = l.layout;
+      strftime(text, sizeof text, layout.c_str(), &local);
+      long long expected = 0;
+      ASSERT_TRUE(strptimeInstant(text, layout, expected)) << layout << " <- " << text;
+      const Read r = readDate(text, layout);
+      ASSERT_TRUE(r.ok) << layout << " <- " << text << ": " << refusalOf(r);
+      ASSERT_EQ(r.value.toUnixTime_gmt64(), expected) << layout << " <- " << text;
+    }
+  }
+}
+
+TEST(PatternRead, StricterThanStrptime) {
+  for (const Laxer& c : kLaxer) {
+    SCOPED_TRACE(std::string(c.layout) + " <- " + c.text + ": " + c.why);
+    long long instant = 0;
+    tm t{};
+    EXPECT_NE(strptime(c.text, c.layout, &t), nullptr);
+    const Read r = readDate(c.text, c.layout);
+    if (*c.refusal != '\0') {
+      EXPECT_EQ(refusalOf(r), c.refusal);
+    } else {  // the pivot: taken, a century apart
+      ASSERT_TRUE(strptimeInstant(c.text, c.layout, instant));
+      EXPECT_EQ(fieldsOf(gmtimeOf(instant), 1)[0] - fieldsOf(r.value, 1)[0], 100);
+    }
+  }
+}
+
+// Each refusal names its reason and the byte it was found at.
+TEST(PatternRead, Refusals) {
+  const struct {
+    const char* layout;
+    const char* text;
+    const char* refusal;
+  } cases[] = {
+      {"%F %T", "2024-03-07 09:05", "expected ':' at byte 16"},
+      {"%F %T", "2024-03-07T09:05:03", "expected white space at byte 10"},
+      {"%F", "2024-13-07", "month out of range at byte 5"},
+      {"%F", "2024-00-07", "month out of range at byte 5"},
+      {"%F", "2024-03-32", "day out of range at byte 8"},
+      {"%F", "2024-03-00", "day out of range at byte 8"},
+      {"%F", "2024-04-31", "day out of range for the month at byte 8"},
+      {"%F %T", "2024-03-07 24:00:00", "hour out of range at byte 11"},
+      {"%F %T", "2024-03-07 23:60:00", "minute out of range at byte 14"},
+      {"%F %T", "2024-03-07 23:59:61", "second out of range at byte 17"},
+      {"%F %I %p", "2024-03-07 13 PM", "hour out of range (12-hour clock) at byte 11"},
+      {"%F %I %p", "2024-03-07 00 PM", "hour out of range (12-hour clock) at byte 11"},
+      {"%F %I %p", "2024-03-07 01 XM", "expected AM or PM at byte 14"},
+      {"%F %I %p", "2024-03-07 01 a.m", "expected '.' after a.m or p.m at byte 17"},
+      {"%F", "2024/03/07", "expected '-' at byte 4"},
+      {"%F", "2024-03-07\xff", "text left unread at byte 10"},
+      {"%F\xff", "2024-03-07x", "expected byte 0xff at byte 10"},
+      {"%Y-%b-%d", "2024-Mrz-07", "expected a month name at byte 5"},
+      {"%a %F", "Thx 2024-03-07", "expected a weekday name at byte 0"},
+      {"%Y %j", "2024 367", "day of the year out of range at byte 5"},
+      {"%Y %j", "2024 000", "day of the year out of range at byte 5"},
+      {"%G-W%V-%u", "2024-W54-1", "ISO week out of range at byte 6"},
+      {"%G-W%V-%u", "2024-W10-8", "weekday out of range at byte 9"},
+      {"%G-W%V-%u", "2020-W53-5", ""},  // 2021-01-01: ISO 2020 has 53 weeks
+      {"%G-W%V-%u", "2021-W53-5", "ISO week out of range for the year at byte 6"},
+      {"%G-W%V", "2024-W10", "week number without a weekday at byte 6"},
+      {"%Y-W%V-%u", "2024-W10-4", "ISO week without an ISO year at byte 6"},
+      {"%Y %U", "2024 09", "week number without a weekday at byte 5"},
+      {"%Y %U %a", "2024 53 Tue", "week number out of range for the year at byte 5"},
+      {"%F %G", "2024-12-30 2024", "ISO year does not match the date at byte 11"},
+      {"%F %j", "2024-03-07 068", "day of the year does not match the date at byte 11"},
+      {"%F %q", "2024-03-07 2", "quarter does not match the date at byte 11"},
+      {"%Y %C", "2024 19", "century does not match the date at byte 5"},
+      {"%Y %y", "2024 23", "two-digit year does not match the date at byte 5"},
+      {"%F %d", "2024-03-07 08", "day does not match the date at byte 11"},
+      {"%F %T %H", "2024-03-07 09:05:03 10", "hour read twice, differently at byte 20"},
+      {"%F %H %I %p", "2024-03-07 09 10 AM", "12-hour hour does not match the hour at byte 14"},
+      {"%F %p", "2024-03-07 AM", "AM or PM without an hour at byte 11"},
+      {"%F %z", "2024-03-07 +2400", "zone offset out of range at byte 11"},
+      {"%F %z", "2024-03-07 +0160", "zone offset out of range at byte 11"},
+      {"%F %z", "2024-03-07 +01:", "expected the minutes of the offset at byte 15"},
+      {"%F %z", "2024-03-07 +01:00:30", "zone offset not in whole minutes at byte 11"},
+      {"%F %z", "2024-03-07 0100", "expected a zone offset at byte 11"},
+      {"%F %z", "2024-03-07 +1", "expected a zone offset at byte 11"},
+      {"%F %Z", "2024-03-07 123", "expected a zone name at byte 11"},
+      {"%F %Z", "2024-03-07 ABCDEFGHIJKLMNOP", "unknown zone name at byte 11"},
+      {"%s", "253402300800", "Unix seconds outside years 0-9999 at byte 0"},
+      {"%s", "-62167219201", "Unix seconds outside years 0-9999 at byte 0"},
+      {"%s", "1234567890123", "Unix seconds outside years 0-9999 at byte 0"},
+      {"%s", "-", "expected Unix seconds at byte 0"},
+      {"%s %F", "0 1970-01-01", "date field beside Unix seconds at byte 2"},
+      {"%F %T.%3N", "2024-03-07 09:05:03.12", "expected a fraction of a second at byte 20"},
+      {"%F %T.%N", "2024-03-07 09:05:03.", "expected a fraction of a second at byte 20"},
+      {"%F %T.%N", "2024-03-07 09:05:03.1234567891", "text left unread at byte 29"},
+      {"%F %T%z", "9999-12-31 23:59:59-0100", "GMT reading outside years 0-9999 at byte 0"},
+      {"%F %T%z", "0000-01-01 00:00:00+0100", "GMT reading outside years 0-9999 at byte 0"},
+      {"%F %Q", "2024-03-07 x", "unknown conversion in the layout at byte 11"},
+      {"%F %:Y", "2024-03-07 x", "unknown conversion in the layout at byte 11"},
+      {"%F %::::z", "2024-03-07 +01", "unknown conversion in the layout at byte 11"},
+      {"%F %", "2024-03-07 x", "layout ends inside a conversion at byte 11"},
+      {"%d %m", "07 03", "layout names no year at byte 0"},
+      {"%d %Y", "07 2024", "day without a month in the layout at byte 0"},
+      {"", "x", "text left unread at byte 0"},
+      {"%F", "", "expected a four-digit year at byte 0"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(std::string(c.layout) + " <- " + c.text);
+    EXPECT_EQ(refusalOf(readDate(c.text, c.layout)), *c.refusal ? c.refusal : "taken");
+  }
+}
+
+// White space in the layout takes any run of it; a space past the layout's
+// own count, before a field written with space padding, is that field's.
+TEST(PatternRead, WhiteSpaceRuns) {
+  const struct {
+    const char* layout;
+    const char* text;
+    const char* result;  // Y M D h m s, or the refusal
+  } cases[] = {
+      {"%Y %b %e", "2024 Mar  7", "2024 3 7 0 0 0"},
+      {"%Y %b %e", "2024 Mar 17", "2024 3 17 0 0 0"},
+      {"%Y %b %e", "2024 Mar\t\n 17", "text left unread at byte 12"},  // " 1" is %e's
+      {"%Y %b %e", "2024 Mar   7", "2024 3 7 0 0 0"},
+      {"%Y %b %e", "2024 Mar   17", "text left unread at byte 12"},
+      {"%Y %b%n%t%e", "2024 Mar  7", "2024 3 7 0 0 0"},
+      {"%Y %b%n%t%e", "2024 Mar   7", "2024 3 7 0 0 0"},
+      {"%F\t%k%M%S", "2024-03-07\t 05711", "2024 3 7 0 57 11"},
+      {"%F\t%k%M%S", "2024-03-07\t235711", "2024 3 7 23 57 11"},
+      {"%F  %_m", "2024-10-07  10", "2024 10 7 0 0 0"},
+      {"%F  %_m", "2024-03-07   3", "2024 3 7 0 0 0"},
+      {"%F %T", "2024-03-07\r\n\v\f09:05:03", "2024 3 7 9 5 3"},
+      {"%F %T", "2024-03-0709:05:03", "expected white space at byte 10"},
+      {"%F%n", "2024-03-07", "expected white space at byte 10"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(std::string(c.layout) + " <- " + c.text);
+    const std::string text = unescape(c.text), layout = unescape(c.layout);
+    const Read r = readDate(text, layout);
+    if (!r.ok) {
+      EXPECT_EQ(refusalOf(r), c.result);
+      continue;
+    }
+    std::string fields;
+    for (int v : fieldsOf(r.value, 6)) fields += (fields.empty() ? "" : " ") + std::to_string(v);
+    EXPECT_EQ(fields, c.result);
+  }
+}
+
+// A zero byte ends what is read; the text goes on past it, unread.
+TEST(PatternRead, ZeroByteEndsTheReading) {
+  EXPECT_EQ(refusalOf(readDate(std::string_view("2024-03-07\0", 11), "%F")),
+            "text left unread at byte 10");
+  EXPECT_EQ(refusalOf(readDate(std::string_view("2024-03\0-07", 11), "%F")),
+            "expected '-' at byte 7");
+  EXPECT_EQ(refusalOf(readDate(std::string_view("2024-03-0\0" "7", 11), "%F")),
+            "day out of range at byte 8");
+  EXPECT_TRUE(readDate("2024-03-07", std::string_view("%F\0%T", 5)).ok);  // the layout ends there
+  // Every byte 128-255 where a digit, a name and a literal should be.
+  for (int b = 128; b < 256; ++b) {
+    const std::string x(1, static_cast<char>(b));
+    EXPECT_EQ(refusalOf(readDate("2024-" + x + "-07", "%F")), "expected a month at byte 5");
+    EXPECT_EQ(refusalOf(readDate("07 " + x + "ar 2024", "%d %b %Y")),
+              "expected a month name at byte 3");
+    EXPECT_EQ(refusalOf(readDate("2024" + x + "03-07", "%F")), "expected '-' at byte 4");
+    EXPECT_EQ(refusalOf(readDate("2024-03-07 GMT" + x, "%F %Z")), "text left unread at byte 14");
+  }
+}
+
+// Layouts and texts in heap blocks of exactly their size, no zero after
+// them: AddressSanitizer sees any read past either view.
+TEST(PatternRead, NeverReadsPastTheViews) {
+  const char* const layouts[] = {"%Y%", "%Y-%m-%d%", "%", "%Y-%m-%dT%H:%M:%S%z", "%F %T%",
+                                 "%Y %b %e", "%s", "%F %Z", "%F %z", "%F %T.%N", "%c", "%D%:"};
+  const char* const texts[] = {"2024", "2024-03-07", "2024-03-07T09:05:03+01", "2024-03-07 +",
+                               "2024 Mar  ", "17098", "2024-03-07 CES", "2024-03-07 09:05:03.",
+                               "Thu Mar  7 09:05:03 202", "03/07/24", "2024-03-07 09:05:03"};
+  for (const char* layout : layouts) {
+    for (const char* text : texts) {
+      const size_t layoutSize = std::strlen(layout), textSize = std::strlen(text);
+      const std::unique_ptr<char[]> l(new char[layoutSize]), t(new char[textSize]);
+      std::memcpy(l.get(), layout, layoutSize);
+      std::memcpy(t.get(), text, textSize);
+      ZephalSysTime value;
+      ZephalTextError error;
+      zpParseDate(std::string_view(t.get(), textSize), std::string_view(l.get(), layoutSize), value,
+                  error);
+    }
+  }
+}
+
+// A refused text leaves the value and its flags alone; a read one sets all
+// but the carried flags, and `error` is written only on a refusal.
+TEST(PatternRead, WhatAReadingStores) {
+  const ZephalSysTime before = marked(makeTime({1987, 6, 9, 5, 4, 3}, true, 777));
+  ZephalSysTime value = before;
+  ZephalTextError error{"untouched", 99};
+  EXPECT_FALSE(zpParseDate("2024-02-30", "%F", value, error));
+  EXPECT_EQ(stateOf(value), stateOf(before));
+  EXPECT_STREQ(error.reason, "day out of range for the month");
+  EXPECT_EQ(error.byte, 8u);
+
+  error = ZephalTextError{"untouched", 99};
+  ASSERT_TRUE(zpParseDate("2024-03-07 10:05:03.987 +0100", "%F %T.%N %z", value, error));
+  EXPECT_EQ(stateOf(value), "2024 3 7 9 5 3 4 ms=987 gmt flags=000 dst=-1");
+  EXPECT_STREQ(error.reason, "untouched");
+  ASSERT_TRUE(zpParseDate("2024-03-07 10:05:03.5", "%F %T.%N", value, error));
+  EXPECT_EQ(stateOf(value), "2024 3 7 10 5 3 4 ms=500 gmt flags=001 dst=-1");
+  ASSERT_TRUE(zpParseDate("2024-03-07 10:05:03 -0000", "%F %T %z", value, error));
+  EXPECT_EQ(stateOf(value), "2024 3 7 10 5 3 4 ms=0 gmt flags=001 dst=-1");  // -0000: zone unknown
+  ASSERT_TRUE(zpParseDate("1709802303.123456", "%s.%f", value, error));
+  EXPECT_EQ(stateOf(value), "2024 3 7 9 5 3 4 ms=123 gmt flags=000 dst=-1");
+  ASSERT_TRUE(zpParseDate("-86401", "%s", value, error));
+  EXPECT_EQ(stateOf(value), "1969 12 30 23 59 59 2 ms=0 gmt flags=000 dst=-1");
+  ASSERT_TRUE(zpParseDate("2024-03-07 IST +05:30", "%F %Z %:z", value, error));  // settled
+  EXPECT_EQ(stateOf(value), "2024 3 6 18 30 0 3 ms=0 gmt flags=000 dst=-1");
+  ASSERT_TRUE(zpParseDate("2024-03-07 12:00 +0530", "%F %R %Z", value, error));  // tzdata's +0530
+  EXPECT_EQ(stateOf(value), "2024 3 7 6 30 0 4 ms=0 gmt flags=000 dst=-1");
+}
+
+// Two-digit years as the module's other readers take them (the pivot 50).
+TEST(PatternRead, TwoDigitYearsAsTheRfc822Reader) {
+  LogNull log;
+  for (int yy = 0; yy < 100; ++yy) {
+    char text[40];
+    std::snprintf(text, sizeof text, "Thu, 07 Mar %02d 09:05:03 GMT", yy);
+    ZephalSysTime mail;
+    ASSERT_TRUE(_zpDateParser::parseRFC822Date(text, mail, log)) << text;
+    const Read r = readDate(text + 5, "%d %b %y %T %Z");
+    ASSERT_TRUE(r.ok) << refusalOf(r);
+    EXPECT_EQ(r.value.m_time.wYear, mail.m_time.wYear) << text;
+  }
+}
+
+// Week dates, days of the year and weekdays as glibc's strftime writes them
+// (strptime reads %G and %V but computes nothing from them), every day of
+// 1999-2031 and every 61st day of 0001-9999.
+TEST(PatternRead, WeekDatesAsStrftimeWritesThem) {
+  const char* const layouts[] = {"%G-W%V-%u", "%Y-%j", "%Y %U %w", "%Y %W %a", "%g %V %A",
+                                 "%C%g %V %u", "%b %d %Y %A"};
+  std::vector<long long> days;
+  for (long long d = 10592; d < 22645; ++d) days.push_back(d);          // 1999 .. 2031
+  for (long long d = -719162; d < 2932897; d += 61) days.push_back(d);  // 0001 .. 9999
+  for (long long day : days) {
+    const tm parts = gmtimeOf(day * 86400);
+    if (parts.tm_year + 1900 < 1000) continue;  // glibc writes %Y and %G unpadded below 1000
+    for (const char* layout : layouts) {
+      const bool twoDigits = std::string(layout).find("%g") != std::string::npos;
+      if (twoDigits && (parts.tm_year < 51 || parts.tm_year > 148)) continue;  // the pivot's years
+      char text[64];
+      const std::string l = layout;
+      const size_t n = strftime(text, sizeof text, l.c_str(), &parts);
+      const Read r = readDate(std::string_view(text, n), layout);
+      ASSERT_TRUE(r.ok) << layout << " <- " << text << ": " << refusalOf(r);
+      ASSERT_EQ(r.value.toUnixTime_gmt64(), day * 86400) << layout << " <- " << text;
+    }
+  }
+}
