@@ -2,6 +2,9 @@
 // and against the loader, whose forms and tests it shares.
 #include "fuzz/LoaderSteps.h"
 #include "tests/TestValues.h"
+#include <string_view>
+#include <vector>
+
 #include "time/ZephalText.h"
 
 using namespace zptest;
@@ -84,4 +87,38 @@ TEST(ReadDate, AgreesWithTheLoader) {
     EXPECT_EQ(fieldsOf(loaded, 6), fieldsOf(strict, 6));
   }
   EXPECT_GT(read, 100);
+}
+
+// The caller's layouts come first, in order, then the free-form reader;
+// instants from glibc's strptime on the layout that should read the text.
+TEST(ReadDate, LayoutsComeFirst) {
+  const struct {
+    const char* text;
+    std::vector<std::string_view> layouts;
+    const char* oracleLayout;  // null: refused
+  } cases[] = {
+      {"07/03/2024 14:05", {"%d/%m/%Y %H:%M"}, "%d/%m/%Y %H:%M"},
+      {"07/03/2024 14:05", {"%m/%d/%Y %H:%M", "%d/%m/%Y %H:%M"}, "%m/%d/%Y %H:%M"},
+      {"13/03/2024", {"%m/%d/%Y"}, "%d/%m/%Y"},  // no layout reads it; the text settles it
+      {"2024-03-07T09:05:03Z", {"%d.%m.%Y"}, "%Y-%m-%dT%H:%M:%SZ"},
+      {"07.03.2024 @", {"%d.%m.%Y @%H", "%d.%m.%Y"}, nullptr},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.text);
+    ZephalTextOptions options;
+    options.layouts = c.layouts.data();
+    options.layoutCount = c.layouts.size();
+    ZephalSysTime t;
+    ZephalTextError error;
+    const bool read = zpReadDate(c.text, options, t, error);
+    ASSERT_EQ(read, c.oracleLayout != nullptr) << (error.reason ? error.reason : "");
+    if (!read) {
+      EXPECT_EQ(error.form, ZephalTextForm::kLayout);  // the first layout read furthest
+      EXPECT_EQ(error.byte, 12u);
+      continue;
+    }
+    tm want{};
+    ASSERT_NE(strptime(c.text, c.oracleLayout, &want), nullptr);
+    EXPECT_EQ(millisOf(t), static_cast<long long>(timegm(&want)) * 1000);
+  }
 }

@@ -1,4 +1,5 @@
-// zpReadDate: the loader's forms read whole and checked, milliseconds kept.
+// zpReadDate: the caller's layouts (zpParseDate), then the loader's forms
+// read whole and checked, milliseconds kept.
 // Where loadAnyFormat stores what a form's reader makes of a text, this
 // refuses what would be read to a wrong or impossible instant:
 //
@@ -18,6 +19,7 @@
 #include "services/internal/ParsedReading.h"
 #include "services/internal/TextBytes.h"
 #include "time/internal/LoaderForms.h"
+#include "services/zpDatePattern.h"
 #include "time/ZephalText.h"
 
 namespace {
@@ -154,6 +156,21 @@ bool readLoaderForms(const char* text, size_t size, const ZephalTextOptions& opt
   return zpread::readMailText(text, value, r) || refuse(error, ZephalTextForm::kDateParser, r, text);
 }
 
+// The caller's layouts, in order; of their refusals, `error` keeps the one
+// that read furthest into the text, which is likely the layout meant.
+bool readLayouts(std::string_view text, const ZephalTextOptions& options, ZephalSysTime& value,
+                 ZephalTextError& error) {
+  for (size_t i = 0; i < options.layoutCount; ++i) {
+    ZephalTextError refusal;
+    if (zpParseDate(text, options.layouts[i], value, refusal)) return true;
+    if (error.reason == nullptr || refusal.byte > error.byte) {
+      error = refusal;
+      error.form = ZephalTextForm::kLayout;
+    }
+  }
+  return false;
+}
+
 }  // namespace
 
 bool zpReadDate(std::string_view text, const ZephalTextOptions& options, ZephalSysTime& value,
@@ -161,6 +178,8 @@ bool zpReadDate(std::string_view text, const ZephalTextOptions& options, ZephalS
   if (text.size() > kZephalMaxDateText) {
     return refuse(error, ZephalTextForm::kNone, "longer than 4096 bytes", kZephalMaxDateText);
   }
+  ZephalTextError layoutError;
+  if (readLayouts(text, options, value, layoutError)) return true;
   if (const void* zero = std::memchr(text.data(), '\0', text.size())) {
     return refuse(error, ZephalTextForm::kNone, "holds a zero byte",
                   static_cast<size_t>(static_cast<const char*>(zero) - text.data()));
@@ -169,7 +188,9 @@ bool zpReadDate(std::string_view text, const ZephalTextOptions& options, ZephalS
   char copy[kZephalMaxDateText + 1];
   std::memcpy(copy, text.data(), text.size());
   copy[text.size()] = '\0';
-  return readLoaderForms(copy, text.size(), options, value, error);
+  if (readLoaderForms(copy, text.size(), options, value, error)) return true;
+  if (layoutError.reason != nullptr && layoutError.byte >= error.byte) error = layoutError;
+  return false;
 }
 
 const char* zpTextFormName(ZephalTextForm form) {

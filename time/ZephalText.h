@@ -60,8 +60,9 @@ struct ZephalWallClock {
 constexpr size_t kZephalMaxDateText = 4096;
 
 // Reads a date text of unknown form, strictly, and keeps its milliseconds:
-// the caller's layouts first, in order, then loadAnyFormat's forms in its
-// order, each read whole and checked rather than read as far as it goes:
+// the caller's layouts first, in order (zpParseDate, services/zpDatePattern.h),
+// then loadAnyFormat's forms in its order, each read whole and checked rather
+// than read as far as it goes:
 //   /Date(1700000000123-0500)/   the count to the millisecond, this shape only
 //   2024-03-07T09:05:03.123Z     as loadAnyFormat reads it
 //   20240307090503.123Z          the fraction kept
@@ -70,8 +71,10 @@ constexpr size_t kZephalMaxDateText = 4096;
 //   20240307090503Z              the same
 //   anything else                the date parser, with the caller's order
 // Results are as loadAnyFormat's, but the ASN.1 forms store GMT and the
-// value is left untouched by a refusal, which `error` explains. A zero byte
-// in the text is refused, as the zero-terminated readers cannot see past it.
+// value is left untouched by a refusal, which `error` explains: where
+// layouts were given and none read the text, the refusal that read furthest.
+// A zero byte in the text is refused, as the zero-terminated readers cannot
+// see past it.
 bool zpReadDate(std::string_view text, const ZephalTextOptions& options, ZephalSysTime& value,
                 ZephalTextError& error);
 
