@@ -4,9 +4,9 @@
 #include <cstdio>
 #include <cstring>
 
+#include "services/zpDatePattern.h"
 #include "services/zpDateParser.h"
 #include "services/zpStdio.h"
-#include "time/TimeFunctions.h"
 #include "time/ZephalFileTime.h"
 
 namespace zpdate {
@@ -24,49 +24,56 @@ void appendText(const StringBuffer& text, std::string& out) {
   out.append(text.getString(), text.getSize());
 }
 
-// 2024-03-07T09:05:03[.123](Z|+01:00); `gmtoff` null for Z.
-void appendRfc3339(int year, int month, int day, int hour, int minute, int second, unsigned millis,
-                   const long* gmtoff, std::string& out) {
+// `clock` written by `layout`, the module's pattern writer.
+void appendByLayout(std::string_view layout, const ZephalWallClock& clock, std::string& out) {
+  StringBuffer text;
+  zpFormatDate(layout, clock, text);
+  appendText(text, out);
+}
+
+// 2024-03-07T09:05:03[.123](Z|+01:00); `clock` null for Z.
+void appendRfc3339(const ZephalCalendarFields& f, const ZephalWallClock* clock, std::string& out) {
   char text[32];
-  char* p = zpPutDigits(text, static_cast<uint32_t>(year), 4);
-  const int rest[5] = {month, day, hour, minute, second};
+  char* p = zpPutDigits(text, f.wYear, 4);
+  const unsigned rest[5] = {f.wMonth, f.wDay, f.wHour, f.wMinute, f.wSecond};
   const char separators[5] = {'-', '-', 'T', ':', ':'};
   for (int i = 0; i < 5; ++i) {
     *p++ = separators[i];
-    p = zpPutDigits(p, static_cast<uint32_t>(rest[i]), 2);
+    p = zpPutDigits(p, rest[i], 2);
   }
-  if (millis != 0) {
+  if (f.wMilliseconds != 0) {
     *p++ = '.';
-    p = zpPutDigits(p, millis, 3);
+    p = zpPutDigits(p, f.wMilliseconds, 3);
   }
   out.append(text, static_cast<size_t>(p - text));
-  if (gmtoff == nullptr) {
+  if (clock == nullptr) {
     out += 'Z';
   } else {
-    appendOffset(*gmtoff, 1, out);
+    appendByLayout("%:z", *clock, out);
   }
 }
 
 // DOS words hold 1980 to 2107, but the module clamps what it writes to 2037,
 // and second 59 rounds up into the next minute: the last wall-clock time
 // written true is 2037-12-31 23:59:58.
-bool inDosRange(const tm& local) {
-  const int year = local.tm_year + 1900;
-  const bool lastSecond = year == 2037 && local.tm_yday == 364 && local.tm_hour == 23 &&
-                          local.tm_min == 59 && local.tm_sec == 59;
-  return year >= 1980 && year <= 2037 && !lastSecond;
+bool inDosRange(const ZephalCalendarFields& f) {
+  const bool lastSecond = f.wYear == 2037 && f.wMonth == 12 && f.wDay == 31 && f.wHour == 23 &&
+                          f.wMinute == 59 && f.wSecond == 59;
+  return f.wYear >= 1980 && f.wYear <= 2037 && !lastSecond;
 }
 
 bool appendDos(const Instant& in, std::string& out, std::string& why) {
-  Clock local;
+  ZephalWallClock local;
   if (!localClock(in, local, why)) return false;
   if (!inDosRange(local.fields)) {
     return refuse(why, "DOS words hold local times from 1980 to 2037-12-31 23:59:58");
   }
-  ZephalSysTime copy;  // toDosDateTime converts and clamps in place
-  copy.copyFrom(in.gmt);
+  // The words hold the wall clock's fields as they stand: packed from a
+  // value that holds them as GMT, which toDosDateTime leaves where it is.
+  ZephalSysTime wall;
+  wall.m_time = local.fields;
   unsigned short date = 0, time = 0;
-  copy.toDosDateTime(true, date, time, nullptr);
+  wall.toDosDateTime(false, date, time, nullptr);
   char text[16];
   std::snprintf(text, sizeof text, "0x%04X 0x%04X", date, time);
   out += text;
@@ -75,14 +82,12 @@ bool appendDos(const Instant& in, std::string& out, std::string& why) {
 
 bool appendLocal(Form form, const char* pattern, const Instant& in, std::string& out,
                  std::string& why) {
-  Clock local;
+  ZephalWallClock local;
   if (!localClock(in, local, why)) return false;
-  const tm& t = local.fields;
   if (form == Form::kRfc3339Local) {
-    appendRfc3339(t.tm_year + 1900, t.tm_mon + 1, t.tm_mday, t.tm_hour, t.tm_min, t.tm_sec,
-                  local.millis, &t.tm_gmtoff, out);
+    appendRfc3339(local.fields, &local, out);
   } else {
-    appendPattern(form == Form::kRfc822Local ? kRfcEmail : pattern, local, out);
+    appendByLayout(form == Form::kRfc822Local ? kRfcEmail : pattern, local, out);
   }
   return true;
 }
@@ -92,15 +97,6 @@ bool appendLocal(Form form, const char* pattern, const Instant& in, std::string&
 const char* dayName(int dayOfWeek) { return kDayNames[dayOfWeek % 7]; }
 
 const FormRow& formRow(Form form) { return kFormRows[static_cast<int>(form)]; }
-
-bool localClock(const Instant& in, Clock& clock, std::string& why) {
-  const long seconds = static_cast<long>(unixSeconds(in));
-  zp_localtime_r(&seconds, &clock.fields);
-  clock.millis = in.gmt.m_time.wMilliseconds;
-  const int year = clock.fields.tm_year + 1900;
-  return (year >= 1 && year <= 9999) ||
-         refuse(why, "outside the years 0001 to 9999 on the local clock");
-}
 
 bool fileTimeOf(const Instant& in, unsigned long long& count, std::string& why) {
   if (in.gmt.m_time.wYear < 1601) return refuse(why, "FILETIME starts at 1601-01-01");
@@ -148,10 +144,7 @@ bool appendForm(Form form, const char* pattern, const Instant& in, std::string& 
     case Form::kIso:
     case Form::kUtcTime:
     case Form::kRfc822: break;
-    case Form::kRfc3339:
-      appendRfc3339(g.wYear, g.wMonth, g.wDay, g.wHour, g.wMinute, g.wSecond, g.wMilliseconds,
-                    nullptr, out);
-      return true;
+    case Form::kRfc3339: appendRfc3339(g, nullptr, out); return true;
     case Form::kUnix: out += std::to_string(unixSeconds(in)); return true;
     case Form::kFileTime:
     case Form::kTicks: {

@@ -12,7 +12,7 @@
 
 #include "services/StringBuffer.h"
 #include "tools/DateInput.h"
-#include "tools/DatePattern.h"
+#include "tools/Clocks.h"
 
 namespace zpdate {
 
@@ -79,9 +79,6 @@ bool isBufferedForm(Form form);
 bool appendForm(Form form, const Instant& in, StringBuffer& out, std::string& why);
 
 // ---- Pieces the report shows apart ---------------------------------------------
-
-// The local clock of the instant; false outside the years 0001 to 9999 there.
-bool localClock(const Instant& in, Clock& clock, std::string& why);
 
 // The FILETIME count; false before 1601.
 bool fileTimeOf(const Instant& in, unsigned long long& count, std::string& why);

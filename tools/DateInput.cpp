@@ -2,6 +2,7 @@
 
 #include "time/ZephalFileTime.h"
 #include "time/ZephalText.h"
+#include "tools/Clocks.h"
 #include "tools/CountArgs.h"
 #include "tools/InputChecks.h"
 
@@ -70,6 +71,7 @@ long long unixSeconds(const Instant& in) { return in.gmt.toUnixTime_gmt64(); }
 
 bool loadText(const char* text, size_t size, const TextReading& how, Instant& out,
               std::string& why) {
+  out.readInZone = false;
   ZephalTextOptions options;
   options.order = how.order;
   options.layouts = how.layouts.data();
@@ -80,7 +82,11 @@ bool loadText(const char* text, size_t size, const TextReading& how, Instant& ou
     describeRefusal(error, why);
     return false;
   }
-  if (how.assumeLocal && value.m_bFromUnknownTimezone && !value.m_bLocal) {
+  const bool noZone = value.m_bFromUnknownTimezone && !value.m_bLocal;
+  if (noZone && inputZoneName() != nullptr) {
+    if (!checkFields(value.m_time, 60, why) || !fromInputZone(value, why)) return false;
+    out.readInZone = true;
+  } else if (noZone && how.assumeLocal) {
     value.m_bLocal = true;
     value.m_isDst = -1;
   }

@@ -22,8 +22,9 @@ namespace zpdate {
 
 // A loaded value and the readings every writer needs.
 struct Instant {
-  ZephalSysTime value;  // as read: GMT, or local wall-clock time
-  ZephalSysTime gmt;    // its GMT reading, milliseconds included
+  ZephalSysTime value;      // as read: GMT, or local wall-clock time
+  ZephalSysTime gmt;        // its GMT reading, milliseconds included
+  bool readInZone = false;  // a text without zone, read on --from-zone's clock
 };
 
 // Its Unix seconds, rounded down; worked out when a form asks, as most do not.

@@ -52,7 +52,9 @@ std::string logOf(const ZephalSysTime& value) {
 
 }  // namespace
 
-const char* readingOf(const ZephalSysTime& value) {
+std::string readingOf(const Instant& in) {
+  const ZephalSysTime& value = in.value;
+  if (in.readInZone) return std::string(inputZoneName()) + ", no zone stated";
   if (value.m_bLocal) return value.m_bFromUnknownTimezone ? "local, no zone stated" : "local";
   return value.m_bFromUnknownTimezone ? "unknown zone (read as GMT)" : "GMT";
 }
@@ -67,15 +69,16 @@ void appendBlock(const std::string& input, const Instant& in, bool withLog, std:
   };
   appendEscaped(input.data(), input.size(), out);
   out += '\n';
-  line("read as", readingOf(in.value), true);
+  line("read as", readingOf(in), true);
   line(formRow(Form::kRfc3339).label,
        show(Form::kRfc3339, in).text + ", " + dayName(gmtDayOfWeek(in)), true);
-  Clock local{};
+  ZephalWallClock local;
   std::string why;
   const bool haveLocal = localClock(in, local, why);
   const Shown localText = show(Form::kRfc3339Local, in);
   line(formRow(Form::kRfc3339Local).label,
-       haveLocal ? localText.text + " " + local.fields.tm_zone + ", " + dayName(local.fields.tm_wday)
+       haveLocal ? localText.text + " " + local.abbreviation + ", " +
+                       dayName(local.fields.wDayOfWeek)
                  : why,
        haveLocal);
   for (const FormRow& row : kFormRows) {
@@ -124,13 +127,13 @@ void appendJson(const char* input, size_t size, const Instant& in, std::string& 
   };
   name("input");
   appendJsonString(input, size, out);
-  text("readAs", readingOf(in.value));
+  text("readAs", readingOf(in));
   form(formRow(Form::kRfc3339).json, show(Form::kRfc3339, in), false);
   form(formRow(Form::kRfc3339Local).json, show(Form::kRfc3339Local, in), false);
-  Clock local{};
+  ZephalWallClock local;
   std::string why;
   const bool haveLocal = localClock(in, local, why);
-  form("zone", Shown{haveLocal, haveLocal ? local.fields.tm_zone : ""}, false);
+  form("zone", Shown{haveLocal, haveLocal ? local.abbreviation : ""}, false);
   text("dayOfWeek", dayName(gmtDayOfWeek(in)));
   for (const FormRow& row : kFormRows) {
     if (row.extra == Extra::kClock) continue;  // the fields above

@@ -10,9 +10,10 @@
 
 namespace zpdate {
 
-// How a value was read: "GMT", "local", or, for a text that states no zone,
-// "unknown zone" (read as GMT) or "local, no zone stated".
-const char* readingOf(const ZephalSysTime& value);
+// How an input was read: "GMT", "local", or, for a text that states no
+// zone, "unknown zone (read as GMT)", "local, no zone stated" or, with
+// --from-zone, "Europe/Berlin, no zone stated".
+std::string readingOf(const Instant& in);
 
 // Appends the block: the input, then what a person reads first (the instant
 // in GMT and on the local clock, with the days of the week), the exchange

@@ -7,6 +7,8 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "tools/Clocks.h"
+
 namespace zpdate {
 namespace {
 
@@ -18,6 +20,8 @@ enum : int {
   kLog,
   kAssumeLocal,
   kDateOrder,
+  kZone,
+  kFromZone,
   kSamples,
   kFirstNumeric,  // kFirstNumeric + Numeric::k... names each numeric input
 };
@@ -37,6 +41,8 @@ const option kOptions[] = {
     {"log", no_argument, nullptr, kLog},
     {"assume-local", no_argument, nullptr, kAssumeLocal},
     {"date-order", required_argument, nullptr, kDateOrder},
+    {"zone", required_argument, nullptr, kZone},
+    {"from-zone", required_argument, nullptr, kFromZone},
     {"input-format", required_argument, nullptr, 'i'},
     {"samples", no_argument, nullptr, kSamples},
     {"jobs", required_argument, nullptr, 'j'},
@@ -235,6 +241,15 @@ Parsed parseOptions(int argc, char** argv, Options& o) {
         if (!readOrder(optarg, o.settings.reading.order)) return Parsed::kUsageError;
         break;
       case 'i': o.settings.reading.layouts.emplace_back(optarg); break;
+      case kZone:
+      case kFromZone: {
+        std::string why;
+        if (!(c == kZone ? useOutputZone(optarg, why) : useInputZone(optarg, why))) {
+          return usage(why.c_str());
+        }
+        o.fromZone |= c == kFromZone;
+        break;
+      }
       case kSamples: o.samples = true; break;
       case 'h': return Parsed::kHelp;
       case 'V': return Parsed::kVersion;
@@ -249,6 +264,9 @@ Parsed parseOptions(int argc, char** argv, Options& o) {
   for (; optind < argc && chosen; ++optind) chosen = addOperand(o, argv[optind]);  // after "--"
   if (!chosen) return usage("multiple output formats specified");
   if (o.file != nullptr && !o.inputs.empty()) return usage("-f takes no TEXT or numeric input");
+  if (o.fromZone && o.settings.reading.assumeLocal) {
+    return usage("--assume-local and --from-zone both name the clock of a text without zone");
+  }
   if (o.settings.log && o.settings.shape != Settings::Shape::kBlock) {
     return usage("--log adds to the block, which an output form replaces");
   }

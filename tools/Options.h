@@ -26,6 +26,7 @@ struct Options {
   const char* file = nullptr;  // -f
   unsigned jobs = 0;           // -j; 0: one per online processor
   bool samples = false;
+  bool fromZone = false;      // --from-zone
   bool outputChosen = false;  // an output form or --json was named
 };
 

@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <fstream>
 #include <sstream>
 #include <string>
@@ -76,6 +77,10 @@ TEST(Zpdate, Cases) {
   int ran = 0;
   for (const zptest::Row& row : zptest::readTable("zpdate_cases.tsv")) {
     if (row[0] != "*" && row[0] != zptest::currentTz()) continue;
+#ifndef ZP_ZPDATE_NAMED_ZONES
+    const auto namesZone = [](const std::string& a) { return a.find("zone=") != std::string::npos; };
+    if (std::any_of(row.begin() + 5, row.end(), namesZone)) continue;
+#endif
     std::vector<std::string> args;
     for (size_t i = 5; i < row.size(); ++i) args.push_back(field(row[i]));
     const std::string out = field(row[3]);
