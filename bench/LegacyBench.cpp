@@ -18,6 +18,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "services/internal/CivilDays.h"
 #include "time/ZephalFileTime.h"
 #include "time/ZephalSysTime.h"
 
@@ -64,36 +65,6 @@ const std::vector<ZephalSysTime>& records() {
   static const std::vector<ZephalSysTime> r = makeRecords();
   return r;
 }
-
-// ---- Hand-written arithmetic ----------------------------------------------------
-
-// Days from 1970-01-01 (Howard Hinnant's days_from_civil); d may run past the month.
-inline int64_t daysFromCivil(int64_t y, unsigned m, unsigned d) {
-  y -= m <= 2;
-  const int64_t era = (y >= 0 ? y : y - 399) / 400;
-  const unsigned yoe = static_cast<unsigned>(y - era * 400);             // [0, 399]
-  const unsigned doy = (153 * (m > 2 ? m - 3 : m + 9) + 2) / 5 + d - 1;  // [0, 365]
-  const unsigned doe = yoe * 365 + yoe / 4 - yoe / 100 + doy;            // [0, 146096]
-  return era * 146097 + static_cast<int64_t>(doe) - 719468;
-}
-
-struct Civil {
-  int64_t y;
-  unsigned m, d;
-};
-
-inline Civil civilFromDays(int64_t z) {
-  z += 719468;
-  const int64_t era = (z >= 0 ? z : z - 146096) / 146097;
-  const unsigned doe = static_cast<unsigned>(z - era * 146097);                // [0, 146096]
-  const unsigned yoe = (doe - doe / 1460 + doe / 36524 - doe / 146096) / 365;  // [0, 399]
-  const unsigned doy = doe - (365 * yoe + yoe / 4 - yoe / 100);                // [0, 365]
-  const unsigned mp = (5 * doy + 2) / 153;                                     // [0, 11]
-  const unsigned m = mp < 10 ? mp + 3 : mp - 9;
-  return Civil{static_cast<int64_t>(yoe) + era * 400 + (m <= 2), m, doy - (153 * mp + 2) / 5 + 1};
-}
-
-inline unsigned weekday(int64_t days) { return static_cast<unsigned>(((days % 7) + 11) % 7); }
 
 // ---- FILETIME and ticks -----------------------------------------------------------
 
@@ -272,7 +243,8 @@ void BM_FromDos_Baseline(benchmark::State& state) {
     f.wDay = date & 0x1F;
     f.wMonth = (date >> 5) & 0x0F;
     f.wYear = static_cast<uint16_t>(1980 + (date >> 9));
-    f.wDayOfWeek = static_cast<uint16_t>(weekday(daysFromCivil(f.wYear, f.wMonth, f.wDay)));
+    const int64_t days = zpcivil::daysFromCivil(f.wYear, f.wMonth, f.wDay);
+    f.wDayOfWeek = static_cast<uint16_t>(zpcivil::weekdayFromDays(days));
     f.wHour = static_cast<uint16_t>(time >> 11);
     f.wMinute = (time >> 5) & 0x3F;
     f.wSecond = static_cast<uint16_t>(2 * (time & 0x1F));
@@ -295,7 +267,8 @@ void BM_DosToUnix_Baseline(benchmark::State& state) {
   for (auto _ : state) {
     const size_t k = i++ & (kInputs - 1);
     const unsigned date = in.date[k], time = in.time[k];
-    const int64_t days = daysFromCivil(1980 + (date >> 9), (date >> 5) & 0x0F, date & 0x1F);
+    const int64_t days =
+        zpcivil::daysFromCivil(1980 + (date >> 9), (date >> 5) & 0x0F, date & 0x1F);
     const int64_t s = days * 86400 + (time >> 11) * 3600 + ((time >> 5) & 0x3F) * 60 + 2 * (time & 0x1F);
     benchmark::DoNotOptimize(static_cast<uint32_t>(s));
   }
@@ -332,7 +305,7 @@ void BM_ToOle_Baseline(benchmark::State& state) {
   size_t i = 0;
   for (auto _ : state) {
     const ZephalCalendarFields& f = in[i++ & (kInputs - 1)].m_time;
-    const int64_t days = daysFromCivil(f.wYear, f.wMonth, f.wDay) - kOleEpochDays;
+    const int64_t days = zpcivil::daysFromCivil(f.wYear, f.wMonth, f.wDay) - kOleEpochDays;
     const int secs = f.wHour * 3600 + f.wMinute * 60 + f.wSecond;
     benchmark::DoNotOptimize(static_cast<double>(days) + secs / 86400.0);
   }
@@ -366,11 +339,11 @@ void BM_FromOle_Baseline(benchmark::State& state) {
     const int secs = static_cast<int>((date - whole) * 86400 + 0.5);  // [0, 86400]
     const int64_t days = day + kOleEpochDays + secs / 86400;
     const int s = secs % 86400;
-    const Civil c = civilFromDays(days);
-    f.wYear = static_cast<uint16_t>(c.y);
-    f.wMonth = static_cast<uint16_t>(c.m);
-    f.wDay = static_cast<uint16_t>(c.d);
-    f.wDayOfWeek = static_cast<uint16_t>(weekday(days));
+    const zpcivil::CivilDate c = zpcivil::civilFromDays(days);
+    f.wYear = static_cast<uint16_t>(c.year);
+    f.wMonth = static_cast<uint16_t>(c.month);
+    f.wDay = static_cast<uint16_t>(c.day);
+    f.wDayOfWeek = static_cast<uint16_t>(zpcivil::weekdayFromDays(days));
     f.wHour = static_cast<uint16_t>(s / 3600);
     f.wMinute = static_cast<uint16_t>(s / 60 % 60);
     f.wSecond = static_cast<uint16_t>(s % 60);

@@ -13,8 +13,9 @@
 #include <string>
 #include <vector>
 
-#include "bench/BenchReaders.h"
 #include "bench/BenchTexts.h"
+#include "bench/BenchTiming.h"
+#include "bench/OursReaders.h"
 #include "services/internal/FastPaths.h"
 
 namespace zpbench {
