@@ -112,8 +112,6 @@ const bool kRegistered = [] {
                                  switched<writeIso>, zp_fast::kPutDigits, off);
     benchmark::RegisterBenchmark((std::string("BM_PathPaddedPrint") + suffix).c_str(),
                                  switched<writeLog>, zp_fast::kPaddedPrint, off);
-    benchmark::RegisterBenchmark((std::string("BM_PathSmallCopy") + suffix).c_str(),
-                                 switched<writeIso>, zp_fast::kSmallCopy, off);
   }
   return true;
 }();

@@ -10,7 +10,6 @@
 #include <cstring>
 #include <functional>
 
-#include "services/internal/BufferAppend.h"
 #include "services/internal/FastPaths.h"
 #include "services/internal/TextBytes.h"
 
@@ -131,10 +130,6 @@ bool StringBuffer::append(const char* text) {
 bool StringBuffer::append(const StringBuffer& other) { return appendN(other.m_data, other.m_size); }
 
 bool StringBuffer::appendN(const char* text, unsigned int n) {
-  return zp_detail::BufferAppend::appendN(*this, text, n);
-}
-
-bool StringBuffer::appendGrowing(const char* text, unsigned int n) {
   if (n == 0 || text == nullptr) return true;  // null appends nothing, as in append
   if (n < m_capacity - m_size) {
     // Room already, so nothing moves and our own text needs no more care
