@@ -19,6 +19,7 @@
 #include <vector>
 
 #include "bench/BenchArithmetic.h"
+#include "services/internal/CivilDays.h"
 #include "time/ZephalFileTime.h"
 #include "time/ZephalSysTime.h"
 
@@ -240,7 +241,8 @@ void BM_FromDos_Baseline(benchmark::State& state) {
     f.wDay = date & 0x1F;
     f.wMonth = (date >> 5) & 0x0F;
     f.wYear = static_cast<uint16_t>(1980 + (date >> 9));
-    f.wDayOfWeek = static_cast<uint16_t>(weekday(daysFromCivil(f.wYear, f.wMonth, f.wDay)));
+    const int64_t days = zpcivil::daysFromCivil(f.wYear, f.wMonth, f.wDay);
+    f.wDayOfWeek = static_cast<uint16_t>(zpcivil::weekdayFromDays(days));
     f.wHour = static_cast<uint16_t>(time >> 11);
     f.wMinute = (time >> 5) & 0x3F;
     f.wSecond = static_cast<uint16_t>(2 * (time & 0x1F));
@@ -263,7 +265,8 @@ void BM_DosToUnix_Baseline(benchmark::State& state) {
   for (auto _ : state) {
     const size_t k = i++ & (kInputs - 1);
     const unsigned date = in.date[k], time = in.time[k];
-    const int64_t days = daysFromCivil(1980 + (date >> 9), (date >> 5) & 0x0F, date & 0x1F);
+    const int64_t days =
+        zpcivil::daysFromCivil(1980 + (date >> 9), (date >> 5) & 0x0F, date & 0x1F);
     const int64_t s = days * 86400 + (time >> 11) * 3600 + ((time >> 5) & 0x3F) * 60 + 2 * (time & 0x1F);
     benchmark::DoNotOptimize(static_cast<uint32_t>(s));
   }
@@ -300,7 +303,7 @@ void BM_ToOle_Baseline(benchmark::State& state) {
   size_t i = 0;
   for (auto _ : state) {
     const ZephalCalendarFields& f = in[i++ & (kInputs - 1)].m_time;
-    const int64_t days = daysFromCivil(f.wYear, f.wMonth, f.wDay) - kOleEpochDays;
+    const int64_t days = zpcivil::daysFromCivil(f.wYear, f.wMonth, f.wDay) - kOleEpochDays;
     const int secs = f.wHour * 3600 + f.wMinute * 60 + f.wSecond;
     benchmark::DoNotOptimize(static_cast<double>(days) + secs / 86400.0);
   }
@@ -334,11 +337,11 @@ void BM_FromOle_Baseline(benchmark::State& state) {
     const int secs = static_cast<int>((date - whole) * 86400 + 0.5);  // [0, 86400]
     const int64_t days = day + kOleEpochDays + secs / 86400;
     const int s = secs % 86400;
-    const Civil c = civilFromDays(days);
-    f.wYear = static_cast<uint16_t>(c.y);
-    f.wMonth = static_cast<uint16_t>(c.m);
-    f.wDay = static_cast<uint16_t>(c.d);
-    f.wDayOfWeek = static_cast<uint16_t>(weekday(days));
+    const zpcivil::CivilDate c = zpcivil::civilFromDays(days);
+    f.wYear = static_cast<uint16_t>(c.year);
+    f.wMonth = static_cast<uint16_t>(c.month);
+    f.wDay = static_cast<uint16_t>(c.day);
+    f.wDayOfWeek = static_cast<uint16_t>(zpcivil::weekdayFromDays(days));
     f.wHour = static_cast<uint16_t>(s / 3600);
     f.wMinute = static_cast<uint16_t>(s / 60 % 60);
     f.wSecond = static_cast<uint16_t>(s % 60);

@@ -10,8 +10,12 @@
 // those, so each ratio compares the same inputs. Compare `per_text`.
 #include <iostream>  // stream objects exist before the registrations below run
 
-#include "bench/BenchReaders.h"
 #include "bench/BenchTexts.h"
+#include "bench/BenchTiming.h"
+#include "bench/FloorReaders.h"
+#include "bench/LibcReaders.h"
+#include "bench/LibraryReaders.h"
+#include "bench/OursReaders.h"
 
 namespace zpbench {
 namespace {

@@ -13,8 +13,9 @@
 #include <string>
 #include <vector>
 
-#include "bench/BenchReaders.h"
 #include "bench/BenchTexts.h"
+#include "bench/BenchTiming.h"
+#include "bench/OursReaders.h"
 #include "services/internal/FastPaths.h"
 #include "services/zpDatePattern.h"
 
@@ -140,8 +141,6 @@ const bool kRegistered = [] {
                                  switched<writeIso>, zp_fast::kPutDigits, off);
     benchmark::RegisterBenchmark((std::string("BM_PathPaddedPrint") + suffix).c_str(),
                                  switched<writeLog>, zp_fast::kPaddedPrint, off);
-    benchmark::RegisterBenchmark((std::string("BM_PathSmallCopy") + suffix).c_str(),
-                                 switched<writeIso>, zp_fast::kSmallCopy, off);
   }
   return true;
 }();

@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "bench/BenchTexts.h"
+#include "bench/BenchTiming.h"
 #include "services/StringBuffer.h"
 #include "services/zpDatePattern.h"
 #include "time/ZephalSysTime.h"

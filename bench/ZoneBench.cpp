@@ -21,6 +21,7 @@
 #include <vector>
 
 #include "bench/BenchArithmetic.h"
+#include "services/internal/CivilDays.h"
 #include "time/ZephalChrono.h"
 #include "time/ZephalSysTime.h"
 
@@ -78,7 +79,7 @@ void BM_ChronoTo_Baseline(benchmark::State& state) {
   size_t i = 0;
   for (auto _ : state) {
     const ZephalCalendarFields& f = in[i++ & (kInputs - 1)].m_time;
-    const int64_t s = daysFromCivil(f.wYear, f.wMonth, f.wDay) * 86400 + f.wHour * 3600 + f.wMinute * 60 + f.wSecond;
+    const int64_t s = zpcivil::daysFromCivil(f.wYear, f.wMonth, f.wDay) * 86400 + f.wHour * 3600 + f.wMinute * 60 + f.wSecond;
     const std::chrono::system_clock::time_point tp(std::chrono::milliseconds(s * 1000 + f.wMilliseconds));
     benchmark::DoNotOptimize(tp);
   }
@@ -112,8 +113,8 @@ void BM_ChronoFrom_Baseline(benchmark::State& state) {
     const int64_t s = ms >= 0 ? ms / 1000 : (ms - 999) / 1000;
     const int64_t days = s >= 0 ? s / 86400 : (s - 86399) / 86400;
     const unsigned sod = static_cast<unsigned>(s - days * 86400);
-    const Civil c = civilFromDays(days);
-    t.m_time = ZephalCalendarFields{uint16_t(c.y), uint16_t(c.m), uint16_t(weekday(days)), uint16_t(c.d),
+    const zpcivil::CivilDate c = zpcivil::civilFromDays(days);
+    t.m_time = ZephalCalendarFields{uint16_t(c.year), uint16_t(c.month), uint16_t(zpcivil::weekdayFromDays(days)), uint16_t(c.day),
                                     uint16_t(sod / 3600), uint16_t(sod / 60 % 60), uint16_t(sod % 60),
                                     uint16_t(ms - s * 1000)};
     benchmark::DoNotOptimize(t.m_time);

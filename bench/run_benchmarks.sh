@@ -4,7 +4,7 @@
 # packages), as the README's Quick start does, and fails rather than leave a
 # peer out.
 #
-#   bench/run_benchmarks.sh            # about 15 minutes on two cores
+#   bench/run_benchmarks.sh            # about 4 minutes on two cores
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

@@ -2,7 +2,7 @@
 // any width, letter case, and GNU date's layout of signed, padded numbers.
 #include <cstring>
 
-#include "services/internal/BufferAppend.h"
+#include "services/StringBuffer.h"
 #include "services/internal/PatternSink.h"
 #include "services/internal/PutDigits.h"
 
@@ -10,7 +10,7 @@ namespace zppattern {
 
 void Sink::flush() {
   if (m_used == 0) return;
-  if (m_ok) m_ok = zp_detail::BufferAppend::appendN(m_out, m_block, static_cast<unsigned>(m_used));
+  if (m_ok) m_ok = m_out.appendN(m_block, static_cast<unsigned>(m_used));
   m_used = 0;
 }
 

@@ -2,7 +2,6 @@
 // local zone's numeric offset.
 #include "services/StringBuffer.h"
 #include "services/zpDateParser.h"
-#include "services/internal/BufferAppend.h"
 #include "services/internal/PutDigits.h"
 #include "services/zpStdio.h"
 #include "time/ZephalSysTime.h"
@@ -49,5 +48,5 @@ bool _zpDateParser::generateDateRFC822(ZephalSysTime& value, StringBuffer& out) 
     p = zp_detail::putDigits(p, mins / 60 % 100, 2);
     p = zp_detail::putDigits(p, mins % 60, 2);
   }
-  return zp_detail::BufferAppend::appendN(out, buf, static_cast<unsigned>(p - buf));
+  return out.appendN(buf, static_cast<unsigned>(p - buf));
 }

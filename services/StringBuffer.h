@@ -13,10 +13,6 @@
 #include <cstdint>
 #include <cstring>
 
-namespace zp_detail {
-struct BufferAppend;
-}
-
 class StringBuffer {
  public:
   StringBuffer();
@@ -82,8 +78,6 @@ class StringBuffer {
     m_size = size;
     m_data[size] = '\0';
   }
-  bool appendGrowing(const char* text, unsigned int n);  // appendN, the general way
-  friend struct zp_detail::BufferAppend;  // the module's inline appendN
 
   char* m_data;
   unsigned int m_size;
@@ -94,7 +88,7 @@ class StringBuffer {
 // ---- Implementation details follow ----------------------------------------------
 
 inline bool StringBuffer::appendChar(char c) {
-  if (m_size + 1 >= m_capacity) return appendGrowing(&c, 1);
+  if (m_size + 1 >= m_capacity) return appendN(&c, 1);
   m_data[m_size] = c;
   setSize(m_size + 1);
   return true;

@@ -6,7 +6,6 @@
 #include "services/StringBuffer.h"
 #include "services/XString.h"
 #include "services/zpDateParser.h"
-#include "services/internal/BufferAppend.h"
 #include "services/internal/PutDigits.h"
 #include "services/zpStdio.h"
 #include "time/internal/AsnDigits.h"
@@ -40,7 +39,7 @@ void appendIso8601(const ZephalCalendarFields& f, StringBuffer& out) {
   p = zp_detail::putDigits(p, f.wMinute, 2);
   p = zp_detail::putDigits(p, f.wSecond, 2);
   *p++ = 'Z';
-  zp_detail::BufferAppend::appendN(out, text, static_cast<unsigned int>(p - text));
+  out.appendN(text, static_cast<unsigned int>(p - text));
 }
 
 }  // namespace
@@ -64,7 +63,7 @@ bool ZephalSysTime::getAsnUtcDateTime(StringBuffer& out) {
   char* p = text;
   for (uint32_t field : fields) p = zp_detail::putDigits(p, field, 2);
   *p++ = 'Z';
-  return zp_detail::BufferAppend::appendN(out, text, static_cast<unsigned int>(p - text));
+  return out.appendN(text, static_cast<unsigned int>(p - text));
 }
 
 bool ZephalSysTime::fromAsnUtcDateTime(const char* text, LogBase& /*log*/) {

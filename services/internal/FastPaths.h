@@ -16,7 +16,6 @@ enum Path : unsigned {
   kPutDigits,       // zpPutDigits: two and four digits from the pair table
   kPaddedPrint,     // _zpSprintf6: "%02w", "%04w", "%02d" without the format reader
   kMemchrSearch,    // StringBuffer: memchr to the first candidate, and between them
-  kSmallCopy,       // StringBuffer::appendN: 8 to 32 bytes without a call
   kJsonShape,       // loadAnyFormat: /Date(ms[+-hhmm])/ read in place
   kRfc3339Shape,    // loadAnyFormat: RFC 3339 read whole by position, before the counts
   kDecimalShape,    // loadAnyFormat: up to ten digits read in one pass
