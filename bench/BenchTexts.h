@@ -29,6 +29,21 @@ inline const TextSet kRfc1123Texts = {
     {"Fri, 13 Sep 2030 17:45:10 +0530", 1915532110},
 };
 
+// Dates as people's software writes them, without a zone: read as written,
+// so their seconds are the fields' as GMT (from Python's strptime).
+inline const TextSet kProseTexts = {  // Java's and JavaScript's medium US form
+    {"Jan 25, 2026, 12:32:01 AM", 1769301121},
+    {"Dec 16, 2015, 3:04:27 AM", 1450235067},
+    {"Oct 21, 2034, 7:41:56 PM", 2045072516},
+    {"Feb 29, 2000, 12:00:00 PM", 951825600},
+};
+inline const TextSet kGermanTexts = {  // de-DE's medium form
+    {"25.01.2026, 00:32:01", 1769301121},
+    {"16.12.2015, 03:04:27", 1450235067},
+    {"21.10.2034, 19:41:56", 2045072516},
+    {"29.02.2000, 12:00:00", 951825600},
+};
+
 // Date texts as mail and HTTP headers carry them.
 inline const TextSet kMailTexts = {
     {"Thu, 07 Mar 2024 09:05:03 GMT", 1709802303},               // 1  RFC 1123

@@ -7,6 +7,9 @@
 //                                  the date forms: strptime, abseil, date
 //   BM_LoadRfc822_Ours             its RFC 822 form; the peers for it are the
 //                                  BM_ParseRfc1123_* rows (ParseBench.cpp)
+//   BM_LoadProse_Ours, BM_LoadGerman_Ours
+//                                  what people's software writes, through the
+//                                  same last form: against BM_ParseRfc1123_Ours
 //
 // Compare `per_text`.
 #include <iostream>  // stream objects exist before the registrations below run
@@ -76,6 +79,8 @@ void registerLoaders() {
 #endif
 
   registerReader<OursLoadReader<false>>("BM_LoadRfc822_Ours", kRfc1123Texts);
+  registerReader<OursLoadReader<false>>("BM_LoadProse_Ours", kProseTexts);
+  registerReader<OursLoadReader<false>>("BM_LoadGerman_Ours", kGermanTexts);
 }
 
 const bool kRegistered = [] {
