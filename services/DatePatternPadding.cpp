@@ -109,7 +109,7 @@ void putNumber(Sink& out, char pad, int width, int digits, uint64_t magnitude, b
   out.put(p, n);
 }
 
-void putYearish(Sink& out, const Spec& s, char yearPad, int width, int digits, int64_t value) {
+void putYearish(Sink& out, const Directive& s, char yearPad, int width, int digits, int64_t value) {
   const char pad = s.pad != 0 ? s.pad : yearPad;
   const bool negative = value < 0;
   const uint64_t magnitude =

@@ -83,7 +83,7 @@ const char* compoundLayout(char conversion) {
 const char* readLayout(PatternReading& r, const char* p, const char* l, const char* lend);
 
 // Conversion `c` other than white space, at text byte p.
-const char* readConversion(PatternReading& r, const char* p, char c, const Spec& s) {
+const char* readConversion(PatternReading& r, const char* p, char c, const Directive& s) {
   switch (c) {
     case 'Y': return readNumber(r, p, kYear, s, {4, false, true});
     case 'G': return readNumber(r, p, kIsoYear, s, {4, false, true});
@@ -131,8 +131,8 @@ const char* readConversion(PatternReading& r, const char* p, char c, const Spec&
 // where the layout goes on after them; `count` gets how many there were.
 const char* skipLayoutSpace(const char* l, const char* lend, int64_t& count) {
   while (l < lend) {
-    Spec s;
-    const char* next = isSpace(*l) ? l + 1 : *l == '%' ? readSpec(l, lend, s) : l;
+    Directive s;
+    const char* next = isSpace(*l) ? l + 1 : *l == '%' ? readDirective(l, lend, s) : l;
     if (next == l || (*l == '%' && s.conversion != 'n' && s.conversion != 't')) break;
     l = next;
     ++count;
@@ -143,8 +143,8 @@ const char* skipLayoutSpace(const char* l, const char* lend, int64_t& count) {
 // Whether the layout at l goes on with a field the writer pads with spaces.
 bool spacePadded(const char* l, const char* lend) {
   if (l == lend || *l != '%') return false;
-  Spec s;
-  readSpec(l, lend, s);
+  Directive s;
+  readDirective(l, lend, s);
   return s.conversion == 'e' || s.conversion == 'k' || s.conversion == 'l' || s.pad == '_';
 }
 
@@ -177,19 +177,19 @@ const char* readLayout(PatternReading& r, const char* p, const char* l, const ch
       }
       continue;
     }
-    Spec s;
-    const Spec* spec = &kPlainSpec;
+    Directive s;
+    const Directive* directive = &kPlainDirective;
     const char* next = l + 2;
     char conversion = lend - l >= 2 ? l[1] : '\0';
     if (!isPlainConversion(conversion)) {
-      next = readSpec(l, lend, s);
+      next = readDirective(l, lend, s);
       conversion = s.conversion;
-      spec = &s;
+      directive = &s;
     }
     if (conversion == 'n' || conversion == 't') {
       p = readSpace(r, p, l, next, lend);
     } else {
-      p = readConversion(r, p, conversion, *spec);
+      p = readConversion(r, p, conversion, *directive);
       l = next;
     }
   }

@@ -99,7 +99,7 @@ const char* readAmPm(PatternReading& r, const char* p) {
   return store(r, kPm, half == 'p', p) ? q : nullptr;
 }
 
-const char* readFraction(PatternReading& r, const char* p, const Spec& s, int maxDigits) {
+const char* readFraction(PatternReading& r, const char* p, const Directive& s, int maxDigits) {
   const char* const start = p;
   const int64_t exact = s.width > 0 ? s.width : 0;
   const int64_t most = exact > 0 ? exact : maxDigits;

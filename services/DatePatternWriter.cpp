@@ -17,7 +17,7 @@
 #include "services/StringBuffer.h"
 #include "services/internal/PatternClock.h"
 #include "services/internal/PatternSink.h"
-#include "services/internal/PatternSpec.h"
+#include "services/internal/PatternDirective.h"
 #include "services/internal/PutDigits.h"
 #include "services/zpDatePattern.h"
 
@@ -25,7 +25,7 @@ namespace {
 
 using zppattern::Case;
 using zppattern::Sink;
-using zppattern::Spec;
+using zppattern::Directive;
 
 // The conversions that take each modifier without being copied as written.
 bool takesModifier(char modifier, char conversion) {
@@ -38,7 +38,7 @@ bool takesModifier(char modifier, char conversion) {
 // Where date hands the conversion to strftime as "%<modifier><conversion>"
 // and pads what comes back as text. O forms of numbers go there only while
 // the number is not negative: the one that can be, %OG of year 0, is date's own.
-bool writtenByLibc(const Spec& s, const ZephalWallClock& c) {
+bool writtenByLibc(const Directive& s, const ZephalWallClock& c) {
   switch (s.conversion) {
     case 'c': case 'x': case 'X': case 'r': return true;
     case 'C': case 'y': return s.modifier != 0;
@@ -51,27 +51,27 @@ bool writtenByLibc(const Spec& s, const ZephalWallClock& c) {
   }
 }
 
-Case letterCase(const Spec& s) {
+Case letterCase(const Directive& s) {
   const char conv = s.conversion;
   if (conv == 'P' || (s.swapCase && (conv == 'p' || conv == 'Z'))) return Case::kLower;
   const bool names = conv == 'a' || conv == 'A' || conv == 'b' || conv == 'B' || conv == 'h';
   return s.upper || (s.swapCase && names) ? Case::kUpper : Case::kAsIs;
 }
 
-void putText(Sink& out, const Spec& s, std::string_view text) {
+void putText(Sink& out, const Directive& s, std::string_view text) {
   zppattern::putText(out, s.pad, s.width, text.data(), text.size(), letterCase(s));
 }
 
 // A conversion copied as written, '^' upper-casing it; date reads '#' on
 // %b and %h before it finds their modifier wrong, and on nothing else.
-void putAsWritten(Sink& out, const Spec& s, const char* end) {
+void putAsWritten(Sink& out, const Directive& s, const char* end) {
   const bool upper = s.upper || (s.swapCase && (s.conversion == 'b' || s.conversion == 'h'));
   zppattern::putText(out, s.pad, s.width, s.start, static_cast<size_t>(end - s.start),
                      upper ? Case::kUpper : Case::kAsIs);
 }
 
 // A field as date writes its numbers: `digits` wide by default.
-void putField(Sink& out, const Spec& s, int digits, int64_t value, char defaultPad = 0) {
+void putField(Sink& out, const Directive& s, int digits, int64_t value, char defaultPad = 0) {
   if (s.pad == 0 && s.width < 0 && defaultPad == 0 && value >= 0 && value <= UINT32_MAX) {
     out.putDigits(static_cast<uint32_t>(value), static_cast<unsigned>(digits));  // most fields
     return;
@@ -86,7 +86,7 @@ void putField(Sink& out, const Spec& s, int digits, int64_t value, char defaultP
 // %N: the nanoseconds of the milliseconds. A width below 9 keeps the leading
 // digits; trailing zeros become the pad, which the flag '-' drops and '_'
 // makes spaces. date itself reads "%-N" as "%9N" (the clock's resolution).
-void putNanoseconds(Sink& out, const Spec& s, const char* end, unsigned millis) {
+void putNanoseconds(Sink& out, const Directive& s, const char* end, unsigned millis) {
   const bool resolution = end - s.start == 3 && s.start[1] == '-';
   const char pad = resolution || s.pad == 0 ? '0' : s.pad;
   const int width = resolution || s.width <= 0 ? 9 : s.width;
@@ -106,7 +106,7 @@ void putNanoseconds(Sink& out, const Spec& s, const char* end, unsigned millis) 
 // (O forms of a positive offset go to strftime.)
 // A zero offset of a zone whose abbreviation starts with '-' (tzdata's
 // "-00", no zone known) is written -0000.
-void putOffset(Sink& out, const Spec& s, const ZephalWallClock& c) {
+void putOffset(Sink& out, const Directive& s, const ZephalWallClock& c) {
   const int64_t off = c.gmtOffset;
   const bool negative = off < 0 || (off == 0 && c.abbreviation[0] == '-');
   if (s.modifier == 'O' && !negative) {
@@ -137,7 +137,7 @@ void putOffset(Sink& out, const Spec& s, const ZephalWallClock& c) {
 // 9999; with either, the year takes the flag and the width less "-mm-dd",
 // and no padding at all when that is less than nothing ("%_F" of year 5 is
 // "5-03-07").
-void putIsoDate(Sink& out, const Spec& s, const ZephalCalendarFields& f) {
+void putIsoDate(Sink& out, const Directive& s, const ZephalCalendarFields& f) {
   const bool plain = s.pad == 0 && s.width < 0;
   const int yearWidth = plain ? -1 : s.width > 6 ? s.width - 6 : 0;
   zppattern::putYearish(out, s, plain ? '+' : 0, yearWidth, 4, f.wYear);
@@ -152,7 +152,7 @@ void putIsoDate(Sink& out, const Spec& s, const ZephalCalendarFields& f) {
 
 // %D, %R, %T: a short layout of their own, padded whole; %D hands its flag
 // to the year. The pieces fit in 40 bytes whatever the fields hold.
-void putCompound(Sink& out, const Spec& s, const ZephalCalendarFields& f) {
+void putCompound(Sink& out, const Directive& s, const ZephalCalendarFields& f) {
   char text[40];
   char* p = text;
   const unsigned fields[3] = {s.conversion == 'D' ? f.wMonth : f.wHour,
@@ -182,7 +182,7 @@ void putCompound(Sink& out, const Spec& s, const ZephalCalendarFields& f) {
 // for a '%' with flags or a width between, which date copies up to that
 // last '%' and then reads the '%' as the start of the next conversion
 // ("%5%d" is "   %5" and the day).
-const char* putConversion(Sink& out, const Spec& s, const char* end, const ZephalWallClock& c) {
+const char* putConversion(Sink& out, const Directive& s, const char* end, const ZephalWallClock& c) {
   const ZephalCalendarFields& f = c.fields;
   if (s.conversion == '%' && s.start + 2 != end) {
     putAsWritten(out, s, end - 1);
@@ -271,13 +271,13 @@ bool zpFormatDate(std::string_view layout, const ZephalWallClock& clock, StringB
       sink.put(*p++);         // literal runs are a byte or two between conversions
       continue;
     }
-    Spec s;
+    Directive s;
     if (end - p >= 2 && zppattern::isPlainConversion(p[1])) {
       s.start = p;
       s.conversion = p[1];
       p = putConversion(sink, s, p + 2, clock);
     } else {
-      p = putConversion(sink, s, zppattern::readSpec(p, end, s), clock);
+      p = putConversion(sink, s, zppattern::readDirective(p, end, s), clock);
     }
   }
   return sink.finish();

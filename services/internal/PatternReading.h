@@ -11,7 +11,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "services/internal/PatternSpec.h"
+#include "services/internal/PatternDirective.h"
 #include "services/internal/TextBytes.h"
 
 class ZephalSysTime;
@@ -140,7 +140,7 @@ struct NumberShape {
 
 // A number for `field` as the conversion `s` of that shape writes it.
 // Inline: it is most of what a layout of numbers costs.
-inline const char* readNumber(PatternReading& r, const char* p, Field field, const Spec& s,
+inline const char* readNumber(PatternReading& r, const char* p, Field field, const Directive& s,
                               NumberShape shape) {
   const char* const start = p;
   const int64_t room = s.width > shape.width ? s.width : shape.width;
@@ -171,7 +171,7 @@ const char* readAmPm(PatternReading& r, const char* p);
 
 // A fraction of a second: exactly the layout's width in digits, or 1 to
 // `maxDigits`; kept to the millisecond, truncated.
-const char* readFraction(PatternReading& r, const char* p, const Spec& s, int maxDigits);
+const char* readFraction(PatternReading& r, const char* p, const Directive& s, int maxDigits);
 
 // %z: Z, +hh, +hhmm, +hh:mm or +hh:mm:ss (seconds 00), either sign.
 const char* readOffset(PatternReading& r, const char* p);

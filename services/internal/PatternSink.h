@@ -7,7 +7,7 @@
 #include <cstring>
 
 #include "services/StringBuffer.h"
-#include "services/internal/PatternSpec.h"
+#include "services/internal/PatternDirective.h"
 #include "services/internal/PutDigits.h"
 
 namespace zppattern {
@@ -79,6 +79,6 @@ void putNumber(Sink& out, char pad, int width, int digits, uint64_t magnitude, b
 // A year-like number (%Y %C %y %G %g): the pad '+' shows a '+' when the
 // number outgrows `digits` or the width does. `yearPad` stands in for the
 // conversion's own pad when it has none (%F and %D hand theirs on).
-void putYearish(Sink& out, const Spec& s, char yearPad, int width, int digits, int64_t value);
+void putYearish(Sink& out, const Directive& s, char yearPad, int width, int digits, int64_t value);
 
 }  // namespace zppattern

@@ -101,8 +101,8 @@ def add(zone, seconds, millis, layouts):
         ROWS.append([zone, str(seconds), str(millis), esc(layout), esc(text)])
 
 
-def joined(specs):
-    return "[" + "|".join(specs) + "]"
+def joined(layouts):
+    return "[" + "|".join(layouts) + "]"
 
 
 def grammar_sweep():

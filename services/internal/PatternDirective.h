@@ -11,7 +11,7 @@
 
 namespace zppattern {
 
-struct Spec {
+struct Directive {
   const char* start = nullptr;  // the '%'
   int width = -1;               // -1 when none; saturates at INT_MAX, as GNU date's does
   char pad = 0;                 // 0, '_', '-', '0' or '+': the last of these flags given
@@ -26,21 +26,21 @@ struct Spec {
 
 inline bool isDigitByte(char c) { return static_cast<unsigned char>(c - '0') < 10; }
 
-// Most conversions are '%' and a letter alone: no spec to read, and the
+// Most conversions are '%' and a letter alone: no directive to read, and the
 // struct's stores and loads cost more than the conversion itself (the
 // reader's RFC 3339 layout takes half the time without them).
 inline bool isPlainConversion(char c) {
   return static_cast<unsigned char>((c | 0x20) - 'a') < 26 && c != 'E' && c != 'O';
 }
 
-inline constexpr Spec kPlainSpec{};
+inline constexpr Directive kPlainDirective{};
 
 // Reads the conversion whose '%' is at p, the layout ending at `end` or at a
 // zero byte, and returns where the layout goes on. Colons that no 'z'
 // follows end the conversion at the first of them, so "%:Y" is "%:" and
 // then "Y".
-inline const char* readSpec(const char* p, const char* end, Spec& s) {
-  s = Spec{};
+inline const char* readDirective(const char* p, const char* end, Directive& s) {
+  s = Directive{};
   s.start = p++;
   for (; p < end; ++p) {
     const char c = *p;
