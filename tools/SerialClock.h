@@ -1,0 +1,58 @@
+// The time that batch threads spend where only one thread can be at once:
+// holding the lock, reading a stream's next chunk, writing the next block.
+// Counted only in the build of zpdate that bench/ measures the serial part
+// with (ZPDATE_SERIAL_CLOCK defined); elsewhere every call is empty.
+//
+//   clock.start(SerialClock::kWrite);
+//   ...  // the write turn
+//   clock.stop(SerialClock::kWrite);
+#pragma once
+
+#ifdef ZPDATE_SERIAL_CLOCK
+#include <chrono>
+#include <cstdio>
+#endif
+
+namespace zpdate {
+
+class SerialClock {
+ public:
+  enum Part { kLock, kRead, kWrite, kParts };
+
+  // Each part is started and stopped by the thread that holds it; the lock
+  // or the turn orders one holder's stop before the next one's start.
+  void start(Part part) {
+#ifdef ZPDATE_SERIAL_CLOCK
+    m_since[part] = Clock::now();
+#else
+    (void)part;
+#endif
+  }
+
+  void stop(Part part) {
+#ifdef ZPDATE_SERIAL_CLOCK
+    m_total[part] += Clock::now() - m_since[part];
+#else
+    (void)part;
+#endif
+  }
+
+  // On standard error, for bench/run_benchmarks.sh: the seconds in each part.
+  void report() const {
+#ifdef ZPDATE_SERIAL_CLOCK
+    std::fprintf(stderr, "zpdate serial seconds: lock %.6f read %.6f write %.6f\n",
+                 seconds(kLock), seconds(kRead), seconds(kWrite));
+#endif
+  }
+
+ private:
+#ifdef ZPDATE_SERIAL_CLOCK
+  using Clock = std::chrono::steady_clock;
+  double seconds(Part part) const { return std::chrono::duration<double>(m_total[part]).count(); }
+
+  Clock::time_point m_since[kParts];
+  Clock::duration m_total[kParts]{};
+#endif
+};
+
+}  // namespace zpdate
