@@ -4,7 +4,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <climits>
 #include <condition_variable>
 #include <cstring>
@@ -13,8 +12,10 @@
 #include <thread>
 #include <vector>
 
+#include "time/TimeFunctions.h"
 #include "tools/Batch.h"
 #include "tools/ChunkLines.h"
+#include "tools/ChunkRead.h"
 #include "tools/LineNumbers.h"
 #include "tools/SerialClock.h"
 
@@ -31,23 +32,6 @@ constexpr unsigned long kUnknown = ULONG_MAX;  // the number of chunks, until th
 
 using Lock = std::unique_lock<std::mutex>;
 
-// Up to `size` bytes from the stream, or at `offset` when it is not negative:
-// fewer only at the end of the input or on a read error (`error` set).
-size_t readFully(int fd, char* p, size_t size, off_t offset, int& error) {
-  size_t got = 0;
-  while (got < size) {
-    const ssize_t n = offset < 0 ? read(fd, p + got, size - got)
-                                 : pread(fd, p + got, size - got, offset + static_cast<off_t>(got));
-    if (n > 0) {
-      got += static_cast<size_t>(n);
-    } else if (n == 0 || errno != EINTR) {
-      if (n < 0) error = errno;
-      break;
-    }
-  }
-  return got;
-}
-
 // A block from its claim to its write. kParked: converted, its messages
 // numbered from 1 and the lines before it not yet counted. kFixing: a thread
 // moves those numbers on.
@@ -56,6 +40,7 @@ enum class Stage { kConverting, kParked, kFixing, kReady };
 struct Block {
   std::vector<char> input;  // a stream's chunk: the byte before it, the chunk, what follows
   size_t got = 0;           // a stream's chunk: the bytes read
+  bool newline = false;     // a stream's chunk: it holds a '\n'
   StringBuffer text;
   std::string messages;
   BlockCount count{0, 0};
@@ -108,6 +93,7 @@ class Threads {
  private:
   bool stream() const { return m_base < 0; }
   Block& block(unsigned long n) { return m_blocks[n % m_blocks.size()]; }
+  const Block& block(unsigned long n) const { return m_blocks[n % m_blocks.size()]; }
 
   // What every thread does until the input is written or a write fails.
   void work() {
@@ -121,7 +107,7 @@ class Threads {
         block(n).stage = Stage::kConverting;
         const Seen seen{m_read, m_end, m_readError};
         release(lock);
-        Read r = stream() ? followStream(n, seen) : readAt(n, window.data());
+        Read r = stream() ? followStream(n, seen) : readChunk(n, window.data());
         convert(block(n), r.window);
         acquire(lock);
         finish(n, r, fixes, lock);
@@ -141,7 +127,22 @@ class Threads {
   bool claimable() const {
     const unsigned long n = m_claimed;
     if (!stream()) return n < m_end && n < m_written + m_blocks.size();
-    return n < m_read && (n + m_following < m_read || m_read == m_end);
+    return n < m_read && followed(n);
+  }
+
+  // Whether the last line of the stream's chunk n ends within what has been
+  // read: in the chunk, at a '\n' in a chunk after it, or kLookahead bytes
+  // on (too long), or at the input's end. A chunk without a '\n' is full, so
+  // this looks at m_following chunks at most.
+  bool followed(unsigned long n) const {
+    const Block& b = block(n);
+    if (m_read == m_end || b.got == 0 || b.input[b.got] == '\n') return true;
+    size_t after = 0;
+    for (unsigned long j = n + 1; j < m_read && after < kLookahead; ++j) {
+      if (block(j).newline) return true;
+      after += block(j).got;
+    }
+    return after >= kLookahead;
   }
 
   // The stream's next chunk, in this thread's read turn.
@@ -152,14 +153,16 @@ class Threads {
     release(lock);
     m_clock.start(SerialClock::kRead);
     int error = 0;
+    bool ended;
     b.input[0] = m_lastByte;  // the byte before the chunk, for its first line
-    b.got = readFully(m_fd, b.input.data() + 1, m_chunk, -1, error);
+    b.got = readStream(m_fd, b.input.data() + 1, m_chunk, ended, error);
+    b.newline = std::memchr(b.input.data() + 1, '\n', b.got) != nullptr;
     if (b.got > 0) m_lastByte = b.input[b.got];
     m_clock.stop(SerialClock::kRead);
     acquire(lock);
     m_reading = false;
     ++m_read;
-    if (b.got < m_chunk) {
+    if (ended) {
       m_end = m_read;
       m_readError = error;
     }
@@ -167,31 +170,33 @@ class Threads {
   }
 
   // Chunk n of a stream, read, and a copy of what follows it from the next
-  // chunks, read too or past the input's end: those stay until n is written.
+  // chunks (followed(n)): those stay until n is written.
   Read followStream(unsigned long n, const Seen& seen) {
     Block& b = block(n);
     size_t copied = 0;
-    for (unsigned long j = n + 1; copied < kLookahead && j < seen.end && j < seen.read; ++j) {
+    bool found = b.got == 0 || b.input[b.got] == '\n', ended = n + 1 == seen.end;
+    for (unsigned long j = n + 1; !found && copied < kLookahead && j < seen.read; ++j) {
       const Block& next = block(j);
       const size_t take = std::min(kLookahead - copied, next.got);
       std::memcpy(b.input.data() + 1 + b.got + copied, next.input.data() + 1, take);
       copied += take;
+      found = next.newline;
+      ended = take == next.got && j + 1 == seen.end;
     }
     const bool first = n == 0;
-    const bool ended = copied < kLookahead;
     const Window::End end = !ended ? Window::kMore : seen.error ? Window::kError : Window::kEnd;
     Window w{b.input.data() + (first ? 1 : 0), (first ? 0 : 1) + b.got + copied, b.got, first, end};
     return {w, false, 0, 0};  // the read turn saw the end
   }
 
   // Chunk n of a regular file and what follows it, read at their offset.
-  Read readAt(unsigned long n, char* buffer) const {
+  Read readChunk(unsigned long n, char* buffer) const {
     const bool first = n == 0;
     const off_t start = m_base + static_cast<off_t>(n * m_chunk);
     const off_t from = first ? start : start - 1;
     const size_t want = (first ? 0 : 1) + m_chunk + kLookahead;
     int error = 0;
-    const size_t got = readFully(m_fd, buffer, want, from, error);
+    const size_t got = readAt(m_fd, buffer, want, from, error);
     const size_t before = first ? 0 : 1;
     const size_t chunk = got > before ? std::min(got - before, m_chunk) : 0;
     const Window::End end = got == want ? Window::kMore : error ? Window::kError : Window::kEnd;
@@ -306,6 +311,10 @@ int convertOnThreads(const Settings& s, int fd, const char* name, unsigned jobs,
   off_t base = -1;
   // A regular file with a size (not one of /proc's) is read at offsets.
   if (fstat(fd, &st) == 0 && S_ISREG(st.st_mode) && st.st_size > 0) base = lseek(fd, 0, SEEK_CUR);
+  // The local zone is set up before the threads start. Two first local
+  // conversions at once would both call tzset, which the C library allows
+  // under a lock of its own that ThreadSanitizer cannot see.
+  zp_tzset();
   Threads threads(s, fd, jobs, chunk, base, out, err);
   return threads.run(name);
 }

@@ -39,7 +39,8 @@ struct Window {
 // '\n' gets one (written at data[size]), a line cut short by a read error is
 // dropped, and a line with no '\n' in the window, too long to convert, ends
 // where the window ends. `size` is 0 when no line starts in the chunk. With
-// `end` kMore the window must hold kLookahead bytes past the chunk.
+// `end` kMore the window must hold the '\n' that ends the chunk's last line,
+// or kLookahead bytes past the chunk.
 void chunkLines(Window& w, const char*& lines, size_t& size);
 
 }  // namespace zpdate

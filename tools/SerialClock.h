@@ -1,7 +1,9 @@
 // The time that batch threads spend where only one thread can be at once:
 // holding the lock, reading a stream's next chunk, writing the next block.
-// Counted only in the build of zpdate that bench/ measures the serial part
-// with (ZPDATE_SERIAL_CLOCK defined); elsewhere every call is empty.
+// A read's wall time holds the wait for the program writing the stream, so
+// its processor time is counted too. Counted only in the build of zpdate
+// that bench/ measures the serial part with (ZPDATE_SERIAL_CLOCK defined);
+// elsewhere every call is empty.
 //
 //   clock.start(SerialClock::kWrite);
 //   ...  // the write turn
@@ -9,6 +11,8 @@
 #pragma once
 
 #ifdef ZPDATE_SERIAL_CLOCK
+#include <time.h>
+
 #include <chrono>
 #include <cstdio>
 #endif
@@ -23,6 +27,7 @@ class SerialClock {
   // or the turn orders one holder's stop before the next one's start.
   void start(Part part) {
 #ifdef ZPDATE_SERIAL_CLOCK
+    if (part == kRead) m_readCpuSince = threadCpu();
     m_since[part] = Clock::now();
 #else
     (void)part;
@@ -32,6 +37,7 @@ class SerialClock {
   void stop(Part part) {
 #ifdef ZPDATE_SERIAL_CLOCK
     m_total[part] += Clock::now() - m_since[part];
+    if (part == kRead) m_readCpu += threadCpu() - m_readCpuSince;
 #else
     (void)part;
 #endif
@@ -40,8 +46,8 @@ class SerialClock {
   // On standard error, for bench/run_benchmarks.sh: the seconds in each part.
   void report() const {
 #ifdef ZPDATE_SERIAL_CLOCK
-    std::fprintf(stderr, "zpdate serial seconds: lock %.6f read %.6f write %.6f\n",
-                 seconds(kLock), seconds(kRead), seconds(kWrite));
+    std::fprintf(stderr, "serial lock=%.6f read=%.6f read-cpu=%.6f write=%.6f\n", seconds(kLock),
+                 seconds(kRead), m_readCpu, seconds(kWrite));
 #endif
   }
 
@@ -49,9 +55,15 @@ class SerialClock {
 #ifdef ZPDATE_SERIAL_CLOCK
   using Clock = std::chrono::steady_clock;
   double seconds(Part part) const { return std::chrono::duration<double>(m_total[part]).count(); }
+  static double threadCpu() {
+    timespec t;
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &t);
+    return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_nsec) * 1e-9;
+  }
 
   Clock::time_point m_since[kParts];
   Clock::duration m_total[kParts]{};
+  double m_readCpuSince = 0, m_readCpu = 0;
 #endif
 };
 

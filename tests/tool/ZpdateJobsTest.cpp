@@ -5,7 +5,11 @@
 // chunks small (tests only), so that small inputs put an edge at every byte;
 // -j1 reads as it always does. Under the tsan preset zpdate itself runs
 // under ThreadSanitizer, and a race ends it with a report on standard error.
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <poll.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <fstream>
@@ -192,4 +196,48 @@ TEST(ZpdateJobs, WriteFailureStopsTheThreads) {
                      "zpdate: write error: No space left on device\n")
         << jobs;
   }
+}
+
+// Lines that come slowly, as from tail -f, are converted as they come: each
+// answer is read before the next line is written.
+TEST(ZpdateJobs, SlowStreamAnsweredLineByLine) {
+  int in[2], out[2];
+  ASSERT_EQ(pipe(in), 0);
+  ASSERT_EQ(pipe(out), 0);
+  const std::string err = ::testing::TempDir() + "zpdate.slow.err";
+  const pid_t child = fork();
+  if (child == 0) {
+    dup2(in[0], 0);
+    dup2(out[1], 1);
+    dup2(open(err.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), 2);
+    close(in[1]);
+    close(out[0]);
+    execl(ZP_ZPDATE_PATH, ZP_ZPDATE_PATH, "-j2", "-f", "-", static_cast<char*>(nullptr));
+    _exit(127);
+  }
+  close(in[0]);
+  close(out[1]);
+  const char* const lines[][2] = {{"1700000000\n", "20231114T221320Z\n"},
+                                  {"nope\r\n", "\n"},
+                                  {kDate.c_str(), ""},  // the line's end comes with the next
+                                  {"\r\n2024-03-07T09:05:03Z\n", "20240307T090503Z\n20240307T090503Z\n"}};
+  for (const auto& line : lines) {
+    ASSERT_GT(write(in[1], line[0], std::char_traits<char>::length(line[0])), 0);
+    std::string got;
+    const size_t want = std::char_traits<char>::length(line[1]);
+    pollfd p{out[0], POLLIN, 0};
+    while (got.size() < want && poll(&p, 1, 30000) == 1) {
+      char buffer[256];
+      const ssize_t n = read(out[0], buffer, sizeof buffer);
+      if (n <= 0) break;
+      got.append(buffer, static_cast<size_t>(n));
+    }
+    EXPECT_EQ(got, line[1]) << "after " << line[0];
+  }
+  close(in[1]);
+  close(out[0]);
+  int status = 0;
+  waitpid(child, &status, 0);
+  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 1);
+  EXPECT_EQ(zptest::slurp(err), "zpdate: line 2: 'nope': not a date\n");
 }
