@@ -51,9 +51,9 @@ struct Block {
 // Where a chunk is read: its window, and what it tells of the input's end.
 struct Read {
   Window window;
-  bool last;        // the input ends in this chunk, or a read failed in its window
-  int error;        // errno of a failed read, else 0
-  off_t inputEnd;   // a regular file: the offset just past its end, when `last`
+  bool last;       // the input ends in this chunk, or a read failed in its window
+  int error;       // errno of a failed read, else 0
+  off_t inputEnd;  // a regular file: the offset just past its end, when `last`
 };
 
 // The stream as a thread saw it when it claimed a chunk.
@@ -201,7 +201,8 @@ class Threads {
     const size_t chunk = got > before ? std::min(got - before, m_chunk) : 0;
     const Window::End end = got == want ? Window::kMore : error ? Window::kError : Window::kEnd;
     const off_t inputEnd = from + static_cast<off_t>(got);
-    const bool last = error != 0 || (end == Window::kEnd && inputEnd <= start + static_cast<off_t>(m_chunk));
+    const bool last =
+        error != 0 || (end == Window::kEnd && inputEnd <= start + static_cast<off_t>(m_chunk));
     return {{buffer, got, chunk, first, end}, last, error, inputEnd};
   }
 
@@ -304,8 +305,8 @@ class Threads {
 
 }  // namespace
 
-int convertOnThreads(const Settings& s, int fd, const char* name, unsigned jobs,
-                     size_t chunkBytes, FdWriter& out, FdWriter& err) {
+int convertOnThreads(const Settings& s, int fd, const char* name, unsigned jobs, size_t chunkBytes,
+                     FdWriter& out, FdWriter& err) {
   const size_t chunk = chunkBytes == 0 ? kChunkBytes : std::max(chunkBytes, kMinChunk);
   struct stat st;
   off_t base = -1;

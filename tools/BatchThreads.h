@@ -22,7 +22,7 @@ namespace zpdate {
 // more, the calling thread one of them), `chunkBytes` at a time (0: the
 // usual size; tests take a few bytes). Output, messages and exit status are
 // those of convertStream on one thread; a regular file is left at its end.
-int convertOnThreads(const Settings& s, int fd, const char* name, unsigned jobs,
-                     size_t chunkBytes, FdWriter& out, FdWriter& err);
+int convertOnThreads(const Settings& s, int fd, const char* name, unsigned jobs, size_t chunkBytes,
+                     FdWriter& out, FdWriter& err);
 
 }  // namespace zpdate

@@ -18,7 +18,8 @@ void moveLineNumbers(std::string& messages, unsigned long firstLine) {
   const char* p = messages.data();
   const char* const end = p + messages.size();
   while (p < end) {
-    const auto* newline = static_cast<const char*>(std::memchr(p, '\n', static_cast<size_t>(end - p)));
+    const auto* newline =
+        static_cast<const char*>(std::memchr(p, '\n', static_cast<size_t>(end - p)));
     const char* const next = newline ? newline + 1 : end;
     unsigned long number = 0;
     const char* digits = p + kPrefixSize;

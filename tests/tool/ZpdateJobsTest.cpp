@@ -72,7 +72,9 @@ void expectSame(const std::string& got, const std::string& want, const std::stri
       got.begin());
   const size_t line = got.rfind('\n', at == 0 ? 0 : at - 1);
   const size_t from = line == std::string::npos || at == 0 ? 0 : line + 1;
-  const auto lineAt = [&](const std::string& s) { return s.substr(from, s.find('\n', from) - from); };
+  const auto lineAt = [&](const std::string& s) {
+    return s.substr(from, s.find('\n', from) - from);
+  };
   ADD_FAILURE() << where << ": line " << std::count(got.begin(), got.begin() + from, '\n') + 1
                 << " differs (" << got.size() << " bytes against " << want.size()
                 << ")\n got: " << lineAt(got) << "\nwant: " << lineAt(want);
@@ -90,7 +92,8 @@ void expectAsOneThread(const std::string& input, const std::vector<std::string>&
       std::vector<std::string> many = options;
       many.push_back(j);
       const Outcome r = run(many, input, way, env);
-      EXPECT_EQ(r.status, expected.status) << where << ", " << j << " " << way.name << "\n" << r.err;
+      EXPECT_EQ(r.status, expected.status) << where << ", " << j << " " << way.name << "\n"
+                                           << r.err;
       expectSame(r.out, expected.out, where + ", " + j + " " + way.name + ", output");
       expectSame(r.err, expected.err, where + ", " + j + " " + way.name + ", messages");
     }
@@ -121,9 +124,9 @@ TEST(ZpdateJobs, InputStartAndEndAtEveryByteOfAChunk) {
     const std::string pad = std::string(shift, '9');  // 1700000000 with more digits: a bad line
     for (const std::string& end : ends) {
       const std::string input = starts[shift % 3] + "1700000000\n" + pad + "1700000000" + end;
-      expectAsOneThread(input, {}, {"-j2"}, "ZPDATE_TEST_CHUNK_BYTES=16",
-                        "shift " + std::to_string(shift) + ", end of " +
-                            std::to_string(end.size()) + " bytes");
+      expectAsOneThread(
+          input, {}, {"-j2"}, "ZPDATE_TEST_CHUNK_BYTES=16",
+          "shift " + std::to_string(shift) + ", end of " + std::to_string(end.size()) + " bytes");
     }
   }
   for (const char* tiny : {"", "\xEF\xBB\xBF", "\xEF\xBB\xBF\n", "\n", "x", "\r\n\r\n"}) {
@@ -152,9 +155,14 @@ TEST(ZpdateJobs, RealChunkEdge) {
 // and one form: the threads take turns reading the pipe, count the lines
 // before each block and write blocks in order while others convert.
 TEST(ZpdateJobs, ManyThreadsOverBadLines) {
-  const char* const lines[] = {"1700000000\n", "tomorrow-ish\n", "2024-03-07T09:05:03Z\r\n",
-                               "Thu, 32 Mar 2024 09:05:03 GMT\n", "/Date(1700000000000)/\n",
-                               "\n", "2024-13-07T09:05:03Z\n", "Sun Mar  3 09:05:03 UTC 2024\r\n",
+  const char* const lines[] = {"1700000000\n",
+                               "tomorrow-ish\n",
+                               "2024-03-07T09:05:03Z\r\n",
+                               "Thu, 32 Mar 2024 09:05:03 GMT\n",
+                               "/Date(1700000000000)/\n",
+                               "\n",
+                               "2024-13-07T09:05:03Z\n",
+                               "Sun Mar  3 09:05:03 UTC 2024\r\n",
                                "x\x01y\n"};
   std::string input;
   for (unsigned i = 0; i < 30000; ++i) input += lines[(i * 7 + i / 9) % 9];
@@ -192,8 +200,9 @@ TEST(ZpdateJobs, WriteFailureStopsTheThreads) {
   for (const char* jobs : {"-j1", "-j2", "-j4"}) {
     const Outcome r = runZpdate({jobs, "-f", path}, "", {}, "", true);
     EXPECT_EQ(r.status, 1) << jobs;
-    EXPECT_EQ(r.err, "zpdate: line 1: 'nope': not a date\n"
-                     "zpdate: write error: No space left on device\n")
+    EXPECT_EQ(r.err,
+              "zpdate: line 1: 'nope': not a date\n"
+              "zpdate: write error: No space left on device\n")
         << jobs;
   }
 }
@@ -217,10 +226,11 @@ TEST(ZpdateJobs, SlowStreamAnsweredLineByLine) {
   }
   close(in[0]);
   close(out[1]);
-  const char* const lines[][2] = {{"1700000000\n", "20231114T221320Z\n"},
-                                  {"nope\r\n", "\n"},
-                                  {kDate.c_str(), ""},  // the line's end comes with the next
-                                  {"\r\n2024-03-07T09:05:03Z\n", "20240307T090503Z\n20240307T090503Z\n"}};
+  const char* const lines[][2] = {
+      {"1700000000\n", "20231114T221320Z\n"},
+      {"nope\r\n", "\n"},
+      {kDate.c_str(), ""},  // the line's end comes with the next
+      {"\r\n2024-03-07T09:05:03Z\n", "20240307T090503Z\n20240307T090503Z\n"}};
   for (const auto& line : lines) {
     ASSERT_GT(write(in[1], line[0], std::char_traits<char>::length(line[0])), 0);
     std::string got;

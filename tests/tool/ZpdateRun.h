@@ -17,8 +17,8 @@ struct Outcome {
 
 struct Stdin {
   enum How { kFile, kPipe };
-  How how = kFile;  // kPipe: written into a pipe a few KB at a time
-  long offset = 0;  // kFile: where the file's offset stands when zpdate starts
+  How how = kFile;       // kPipe: written into a pipe a few KB at a time
+  long offset = 0;       // kFile: where the file's offset stands when zpdate starts
   long* left = nullptr;  // kFile: where zpdate left the offset
 };
 
