@@ -96,8 +96,14 @@ for round in 1 2 3 4 5; do
   for kind in rfc mixed; do
     name=$([ $kind = rfc ] && echo rfc1123 || echo mixed)
     file=${!kind}
-    { "$zserial" -j2 --to iso -f "$file" >/dev/null; } 2>&1 | sed "s/^/$name file /" >>"$work/serial.txt"
-    { cat "$file" | "$zserial" -j2 --to iso -f - >/dev/null; } 2>&1 | sed "s/^/$name pipe /" >>"$work/serial.txt"
+    rm -f "$work/serial-run.txt"
+    export ZPDATE_SERIAL_REPORT="$work/serial-run.txt"
+    "$zserial" -j2 --to iso -f "$file" >/dev/null
+    sed "s/^/$name file /" "$work/serial-run.txt" >>"$work/serial.txt"
+    rm "$work/serial-run.txt"
+    cat "$file" | "$zserial" -j2 --to iso -f - >/dev/null
+    sed "s/^/$name pipe /" "$work/serial-run.txt" >>"$work/serial.txt"
+    unset ZPDATE_SERIAL_REPORT
   done
 done
 {

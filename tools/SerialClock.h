@@ -15,6 +15,7 @@
 
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #endif
 
 namespace zpdate {
@@ -43,11 +44,17 @@ class SerialClock {
 #endif
   }
 
-  // On standard error, for bench/run_benchmarks.sh: the seconds in each part.
+  // The seconds in each part, for bench/run_benchmarks.sh: appended to the
+  // file named by ZPDATE_SERIAL_REPORT (standard error may be busy with
+  // messages), else on standard error.
   void report() const {
 #ifdef ZPDATE_SERIAL_CLOCK
-    std::fprintf(stderr, "serial lock=%.6f read=%.6f read-cpu=%.6f write=%.6f\n", seconds(kLock),
+    const char* path = std::getenv("ZPDATE_SERIAL_REPORT");
+    std::FILE* to = path != nullptr ? std::fopen(path, "a") : stderr;
+    if (to == nullptr) return;
+    std::fprintf(to, "serial lock=%.6f read=%.6f read-cpu=%.6f write=%.6f\n", seconds(kLock),
                  seconds(kRead), m_readCpu, seconds(kWrite));
+    if (to != stderr) std::fclose(to);
 #endif
   }
 
