@@ -10,10 +10,11 @@ means ours is faster. Floor and Baseline rows are hand-written code doing
 the bare minimum of the same work. BM_Path<Name>_On/_Off time one fast path
 on and off. Each batch round is a hyperfine JSON run with one time per
 command; the sheet takes each command's median over the rounds. SERIAL.txt holds
-zpdate_serial's report of each round (the serial part of -j N).
+zpdate_serial's report of each round (the serial part of -j N), START.json
+the time of a run on an empty file.
 
-    results_sheet.py RUN.json TZ_UNSET.json PATHS.json MACHINE.txt LINES.txt SERIAL.txt ROUND.json... > RESULTS.md
-    results_sheet.py --batch MACHINE.txt LINES.txt SERIAL.txt ROUND.json...   # the batch rows alone
+    results_sheet.py RUN.json TZ_UNSET.json PATHS.json MACHINE.txt LINES.txt SERIAL.txt START.json ROUND.json... > RESULTS.md
+    results_sheet.py --batch MACHINE.txt LINES.txt SERIAL.txt START.json ROUND.json...  # batch rows
 """
 import json
 import statistics
@@ -243,12 +244,12 @@ def paths_table(rows):
 
 def main():
     if sys.argv[1] == "--batch":  # run_benchmarks.sh batch: the batch goals and section alone
-        machine, lines, serial_path, *round_paths = sys.argv[2:]
+        machine, lines, serial_path, start_path, *round_paths = sys.argv[2:]
     else:
-        machine, lines, serial_path, *round_paths = sys.argv[4:]
+        machine, lines, serial_path, start_path, *round_paths = sys.argv[4:]
     rfc_lines, mixed_lines, gnu_lines = (int(x) for x in open(lines).read().split())
     counts = {"rfc1123": rfc_lines, "mixed": mixed_lines, "mixed-gnu": gnu_lines}
-    batch = batch_medians(round_paths)
+    batch = batch_medians(round_paths + [start_path])
     serial = serial_parts(serial_path)
     if sys.argv[1] == "--batch":
         print(f"Machine:\n\n```\n{open(machine).read().strip()}\n```\n")

@@ -1,5 +1,6 @@
 #include "tools/BatchThreads.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -7,6 +8,7 @@
 #include <climits>
 #include <condition_variable>
 #include <cstring>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -38,15 +40,21 @@ using Lock = std::unique_lock<std::mutex>;
 enum class Stage { kConverting, kParked, kFixing, kReady };
 
 struct Block {
-  std::vector<char> input;  // a stream's chunk: the byte before it, the chunk, what follows
-  size_t got = 0;           // a stream's chunk: the bytes read
-  bool newline = false;     // a stream's chunk: it holds a '\n'
+  std::unique_ptr<char[]> input;  // a stream's chunk: the byte before it, the chunk, what follows
+  size_t got = 0;                 // a stream's chunk: the bytes read
+  bool newline = false;           // a stream's chunk: it holds a '\n'
   StringBuffer text;
   std::string messages;
   BlockCount count{0, 0};
   unsigned long firstLine = 0;
   Stage stage = Stage::kReady;
 };
+
+// Room for a window on a chunk of `chunk` bytes, left uninitialised: pages
+// are touched only as reads fill them.
+std::unique_ptr<char[]> room(size_t chunk) {
+  return std::unique_ptr<char[]>(new char[1 + chunk + kLookahead + 1]);
+}
 
 // Where a chunk is read: its window, and what it tells of the input's end.
 struct Read {
@@ -75,7 +83,7 @@ class Threads {
         m_out(out),
         m_err(err) {
     if (base < 0) {
-      for (Block& b : m_blocks) b.input.resize(1 + chunk + kLookahead + 1);
+      for (Block& b : m_blocks) b.input = room(chunk);
     }
     for (unsigned i = 1; i < jobs; ++i) m_workers.emplace_back([this] { work(); });
   }
@@ -97,7 +105,7 @@ class Threads {
 
   // What every thread does until the input is written or a write fails.
   void work() {
-    std::vector<char> window(stream() ? 0 : 1 + m_chunk + kLookahead + 1);
+    const std::unique_ptr<char[]> window = stream() ? nullptr : room(m_chunk);
     std::vector<unsigned long> fixes;
     Lock lock(m_mutex);
     m_clock.start(SerialClock::kLock);
@@ -107,7 +115,7 @@ class Threads {
         block(n).stage = Stage::kConverting;
         const Seen seen{m_read, m_end, m_readError};
         release(lock);
-        Read r = stream() ? followStream(n, seen) : readChunk(n, window.data());
+        Read r = stream() ? followStream(n, seen) : readChunk(n, window.get());
         convert(block(n), r.window);
         acquire(lock);
         finish(n, r, fixes, lock);
@@ -155,8 +163,8 @@ class Threads {
     int error = 0;
     bool ended;
     b.input[0] = m_lastByte;  // the byte before the chunk, for its first line
-    b.got = readStream(m_fd, b.input.data() + 1, m_chunk, ended, error);
-    b.newline = std::memchr(b.input.data() + 1, '\n', b.got) != nullptr;
+    b.got = readStream(m_fd, b.input.get() + 1, m_chunk, ended, error);
+    b.newline = std::memchr(b.input.get() + 1, '\n', b.got) != nullptr;
     if (b.got > 0) m_lastByte = b.input[b.got];
     m_clock.stop(SerialClock::kRead);
     acquire(lock);
@@ -178,14 +186,14 @@ class Threads {
     for (unsigned long j = n + 1; !found && copied < kLookahead && j < seen.read; ++j) {
       const Block& next = block(j);
       const size_t take = std::min(kLookahead - copied, next.got);
-      std::memcpy(b.input.data() + 1 + b.got + copied, next.input.data() + 1, take);
+      std::memcpy(b.input.get() + 1 + b.got + copied, next.input.get() + 1, take);
       copied += take;
       found = next.newline;
       ended = take == next.got && j + 1 == seen.end;
     }
     const bool first = n == 0;
     const Window::End end = !ended ? Window::kMore : seen.error ? Window::kError : Window::kEnd;
-    Window w{b.input.data() + (first ? 1 : 0), (first ? 0 : 1) + b.got + copied, b.got, first, end};
+    Window w{b.input.get() + (first ? 1 : 0), (first ? 0 : 1) + b.got + copied, b.got, first, end};
     return {w, false, 0, 0};  // the read turn saw the end
   }
 
@@ -312,6 +320,11 @@ int convertOnThreads(const Settings& s, int fd, const char* name, unsigned jobs,
   off_t base = -1;
   // A regular file with a size (not one of /proc's) is read at offsets.
   if (fstat(fd, &st) == 0 && S_ISREG(st.st_mode) && st.st_size > 0) base = lseek(fd, 0, SEEK_CUR);
+#ifdef F_SETPIPE_SZ
+  // A pipe of 1 MB (the most Linux grants by default) lets its writer run
+  // ahead: with 64 KB, `cat` and the reading turn waited on each other.
+  if (S_ISFIFO(st.st_mode)) fcntl(fd, F_SETPIPE_SZ, 1 << 20);
+#endif
   // The local zone is set up before the threads start. Two first local
   // conversions at once would both call tzset, which the C library allows
   // under a lock of its own that ThreadSanitizer cannot see.
