@@ -315,7 +315,8 @@ class Threads {
 
 int convertOnThreads(const Settings& s, int fd, const char* name, unsigned jobs, size_t chunkBytes,
                      FdWriter& out, FdWriter& err) {
-  const size_t chunk = chunkBytes == 0 ? kChunkBytes : std::max(chunkBytes, kMinChunk);
+  const size_t chunk =
+      chunkBytes == 0 ? kChunkBytes : std::clamp(chunkBytes, kMinChunk, kChunkBytes);
   struct stat st;
   off_t base = -1;
   // A regular file with a size (not one of /proc's) is read at offsets.
