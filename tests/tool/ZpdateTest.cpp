@@ -118,7 +118,7 @@ TEST(Zpdate, LongLinesAcrossRefillsOnAnyNumberOfThreads) {
     EXPECT_EQ(r.out, expected) << jobs;
     EXPECT_EQ(r.err, messages) << jobs;
   }
-  const Outcome piped = zpdate({"-j2"}, input, false);  // a stream, read as it comes
+  const Outcome piped = zptest::runZpdate({"-j2"}, input, {zptest::Stdin::kPipe});  // a stream
   EXPECT_EQ(piped.out, expected);
   EXPECT_EQ(piped.err, messages);
   EXPECT_EQ(zpdate({"-j0", "-f", "-"}, "", false).status, 2);
