@@ -9,9 +9,12 @@ texts, and the ratio uses it. The ratio is peer time / our time: above 1
 means ours is faster. Floor and Baseline rows are hand-written code doing
 the bare minimum of the same work. BM_Path<Name>_On/_Off time one fast path
 on and off. Each batch round is a hyperfine JSON run with one time per
-command; the sheet takes each command's median over the rounds.
+command; the sheet takes each command's median over the rounds. SERIAL.txt holds
+zpdate_serial's report of each round (the serial part of -j N), START.json
+the time of a run on an empty file.
 
-    results_sheet.py RUN.json TZ_UNSET.json PATHS.json MACHINE.txt LINES.txt ROUND.json... > RESULTS.md
+    results_sheet.py RUN.json TZ_UNSET.json PATHS.json MACHINE.txt LINES.txt SERIAL.txt START.json ROUND.json... > RESULTS.md
+    results_sheet.py --batch MACHINE.txt LINES.txt SERIAL.txt START.json ROUND.json...  # batch rows
 """
 import json
 import statistics
@@ -86,7 +89,7 @@ def fastest_peer(rows, op, exclude=("Ours", "Floor", "Baseline")):
 PEERLESS_LOADS = {"LoadRfc822", "LoadProse", "LoadGerman"}
 
 
-def goal_lines(rows, batch):
+def goal_lines(rows, batch, serial):
     lines = ["| goal | measured | met |", "|---|---|---|"]
 
     def add(goal, measured, ok):
@@ -138,18 +141,96 @@ def goal_lines(rows, batch):
             add(f"{op}: within 2x of cctz's convert", f"{ours / cctz:.2f}x cctz", ours / cctz <= 2)
         if ours and libc:
             add(f"{op}: >= 2x localtime_r, TZ set", f"{libc / ours:.1f}x", libc / ours >= 2)
-    one, two = batch.get("rfc1123 zpdate -j1"), batch.get("rfc1123 zpdate -j2")
+            add(f"{op}: within 3x of the bare arithmetic", f"{r:.1f}x the baseline", r <= 3)
+    for row in batch_goal_rows(batch, serial):
+        add(*row)
+    return "\n".join(lines) + "\n"
+
+
+def batch_goal_rows(batch, serial):
+    """(goal, measured, met) for the batch rows: one core against the peers,
+    -j2 against two single-threaded runs on halves, and the serial part."""
+    rows = []
+    one = batch.get("rfc1123 zpdate -j1")
     for peer, need in [("GNU date", 30), ("dconv", 5)]:
         theirs = batch.get(f"rfc1123 {peer}")
         if one and theirs:
-            add(f"RFC 1123 batch, one core: >= {need}x {peer}", f"{theirs / one:.1f}x",
-                theirs / one >= need)
-    halves = batch.get("rfc1123 two zpdate -j1 at once, each on half")
-    if one and two and halves:
-        add("RFC 1123 batch: -j2 >= 1.7x -j1",
-            f"{one / two:.2f}x (the machine's most: {one / halves:.2f}x, two -j1 at once on halves)",
-            one / two >= 1.7)
-    return "\n".join(lines) + "\n"
+            rows.append((f"RFC 1123 batch, one core: >= {need}x {peer}", f"{theirs / one:.1f}x",
+                         theirs / one >= need))
+    for kind, title in [("rfc1123", "RFC 1123"), ("mixed", "Mixed")]:
+        two = batch.get(f"{kind} zpdate -j2")
+        halves = batch.get(f"{kind} two zpdate -j1 at once, each on half")
+        if two and halves:
+            rows.append((f"{title} batch: -j2 >= 0.9x two -j1 at once on halves",
+                         f"{halves / two:.2f}x ({batch[f'{kind} zpdate -j1'] / two:.2f}x -j1)",
+                         halves / two >= 0.9))
+    for (kind, way), part in serial.items():
+        if way == "file":
+            share = serial_share(batch, kind, part)
+            rows.append((f"{kind} batch from a file: serial part of -j N < 3% of -j1",
+                         f"{100 * share:.1f}% (16 cores: {amdahl(share, 16):.1f}x)", share < 0.03))
+    return rows
+
+
+def serial_parts(path):
+    """Each input's serial part, from lines such as "rfc1123 file serial
+    lock=S read=S read-cpu=S write=S": each part's median over the rounds."""
+    runs = OrderedDict()
+    for line in open(path):
+        kind, way, _, *fields = line.split()
+        runs.setdefault((kind, way), []).append({k: float(v) for k, v in (f.split("=") for f in fields)})
+    return OrderedDict((key, {k: statistics.median(r[k] for r in rs) for k in rs[0]})
+                       for key, rs in runs.items())
+
+
+def serial_seconds(batch, part):
+    """What runs on one thread only: the lock, a stream's reads (processor
+    time: their wall time holds the wait for the writing program), the
+    writes, and the process's start and exit (-j2 on an empty file)."""
+    return part["lock"] + part["read-cpu"] + part["write"] + batch.get("empty zpdate -j2", 0)
+
+
+def serial_share(batch, kind, part):
+    return serial_seconds(batch, part) / batch[f"{kind} zpdate -j1"]
+
+
+def amdahl(share, cores):
+    return 1 / (share + (1 - share) / cores)
+
+
+def serial_table(batch, serial):
+    out = ["### The serial part of -j N", "",
+           "What `zpdate -j2` spends where one thread at a time can be, timed by `zpdate_serial` "
+           "(zpdate built with `tools/SerialClock.h` on): the lock held, a pipe's reads (processor "
+           "time; their wall time, waiting for `cat`, in brackets), the ordered writes, and the "
+           "process's start and exit (`-j2` on an empty file). Its share is of the `-j1` time on a "
+           "file; Amdahl's law gives the speed-up that share allows on N cores.", "",
+           "| input | lock | reads | writes | start and exit | serial part | share of -j1 "
+           "| 4 cores | 8 cores | 16 cores |", "|---|---:|---:|---:|---:|---:|---:|---:|---:|---:|"]
+    ms = lambda t: f"{1000 * t:.2f} ms"
+    for (kind, way), p in serial.items():
+        share = serial_share(batch, kind, p)
+        reads = f"{ms(p['read-cpu'])} ({ms(p['read'])})" if way == "pipe" else ms(p["read-cpu"])
+        out.append(f"| {kind}, {'a file' if way == 'file' else 'a pipe'} | {ms(p['lock'])} | {reads} "
+                   f"| {ms(p['write'])} | {ms(batch.get('empty zpdate -j2', 0))} "
+                   f"| {ms(serial_seconds(batch, p))} | {100 * share:.1f}% | "
+                   + " | ".join(f"{amdahl(share, n):.1f}x" for n in (4, 8, 16)) + " |")
+    return "\n".join(out) + "\n"
+
+
+def batch_section(batch, counts, serial, rounds):
+    print(f"## Batch conversion: {counts['rfc1123']:,} lines to ISO 8601\n")
+    print(f"Wall time, the median of {rounds} rounds in which the commands took turns. "
+          "Every command's output was compared before timing: byte for byte the same.\n")
+    print(batch_table(batch, "rfc1123", counts, "RFC 1123 dates in GMT (HTTP's form)",
+                      "`zpdate --to iso -f FILE`, `date -u -f FILE +%Y%m%dT%H%M%SZ`, "
+                      "`dateutils.dconv -i '%a, %d %b %Y %H:%M:%S GMT' -f '%Y%m%dT%H%M%SZ'`; "
+                      "on a pipe, `cat FILE | zpdate -f -`."))
+    print(batch_table(batch, "mixed", counts, "Mixed: every loader form and the shapes software writes",
+                      "The loader's seven forms and date(1), asctime, RFC 850, JavaScript, Go, "
+                      "Python, git and access-log shapes in turn (`bench/make_batch_lines.py`); "
+                      "mixed-gnu holds the lines of the shapes GNU date reads too."))
+    print(serial_table(batch, serial))
 
 
 def batch_medians(paths):
@@ -185,30 +266,33 @@ def paths_table(rows):
 
 
 def main():
+    if sys.argv[1] == "--batch":  # run_benchmarks.sh batch: the batch goals and section alone
+        machine, lines, serial_path, start_path, *round_paths = sys.argv[2:]
+    else:
+        machine, lines, serial_path, start_path, *round_paths = sys.argv[4:]
+    rfc_lines, mixed_lines, gnu_lines = (int(x) for x in open(lines).read().split())
+    counts = {"rfc1123": rfc_lines, "mixed": mixed_lines, "mixed-gnu": gnu_lines}
+    batch = batch_medians(round_paths + [start_path])
+    serial = serial_parts(serial_path)
+    if sys.argv[1] == "--batch":
+        print(f"Machine:\n\n```\n{open(machine).read().strip()}\n```\n")
+        print("| goal | measured | met |\n|---|---|---|")
+        for goal, measured, ok in batch_goal_rows(batch, serial):
+            print(f"| {goal} | {measured} | {'yes' if ok else 'no'} |")
+        print()
+        batch_section(batch, counts, serial, len(round_paths))
+        return
     rows, notes = load_rows(sys.argv[1])
     unset_rows, _ = load_rows(sys.argv[2])
     path_rows, _ = load_rows(sys.argv[3])
-    machine = open(sys.argv[4]).read().strip()
-    rfc_lines, mixed_lines, gnu_lines = (int(x) for x in open(sys.argv[5]).read().split())
-    counts = {"rfc1123": rfc_lines, "mixed": mixed_lines, "mixed-gnu": gnu_lines}
-    batch = batch_medians(sys.argv[6:])
     print(f"# Performance sheet\n\nMeasured on {date.today().isoformat()} by `bench/run_benchmarks.sh`, "
           "the median of three repetitions of each benchmark in one run.\n")
-    print(f"Machine:\n\n```\n{machine}\n```\n")
+    print(f"Machine:\n\n```\n{open(machine).read().strip()}\n```\n")
     print("Times are CPU time per operation (per text where a row reads several texts). "
           "Run with TZ set to a rule string, except the second local-path table.\n")
     print("## Goals\n")
-    print(goal_lines(rows, batch))
-    print("## Batch conversion: a million lines to ISO 8601\n")
-    print(f"Wall time, the median of {len(sys.argv) - 6} rounds in which the commands took turns. "
-          "Every command's output was compared before timing: byte for byte the same.\n")
-    print(batch_table(batch, "rfc1123", counts, "RFC 1123 dates in GMT (HTTP's form)",
-                      "`zpdate --to iso -f FILE`, `date -u -f FILE +%Y%m%dT%H%M%SZ`, "
-                      "`dateutils.dconv -i '%a, %d %b %Y %H:%M:%S GMT' -f '%Y%m%dT%H%M%SZ'`."))
-    print(batch_table(batch, "mixed", counts, "Mixed: every loader form and the shapes software writes",
-                      "The loader's seven forms and date(1), asctime, RFC 850, JavaScript, Go, "
-                      "Python, git and access-log shapes in turn (`bench/make_batch_lines.py`); "
-                      "mixed-gnu holds the lines of the shapes GNU date reads too."))
+    print(goal_lines(rows, batch, serial))
+    batch_section(batch, counts, serial, len(round_paths))
     print("## Fast paths, each switched off\n")
     print("The operation each path serves, from a build of the library in which the benchmark "
           "switches one path off at a time (`bench/PathSwitches.cpp`).\n")

@@ -2,10 +2,7 @@
 // tests/data/zpdate_cases.tsv (expected output from GNU date and Python,
 // written by gen_zpdate_tables.py), under the TZ of the CTest entry. Every
 // line of JSON output is read back by a strict parser.
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <fstream>
@@ -14,6 +11,7 @@
 #include <vector>
 
 #include "tests/TestTables.h"
+#include "tests/tool/ZpdateRun.h"
 
 #ifdef ZP_HAVE_NLOHMANN_JSON
 #include <nlohmann/json.hpp>
@@ -21,42 +19,15 @@
 
 namespace {
 
-struct Outcome {
-  int status;
-  std::string out, err;
-};
+using zptest::Outcome;
 
 // A table field: C escapes undone; "-" is empty.
 std::string field(const std::string& text) { return text == "-" ? "" : zptest::unescape(text); }
 
-std::string slurp(const std::string& path) {
-  std::ostringstream s;
-  s << std::ifstream(path, std::ios::binary).rdbuf();
-  return s.str();
-}
-
 // Runs zpdate with `args`; standard input from `input`, or from the file
 // `input` names after an '@'; standard output on /dev/full when `full`.
 Outcome zpdate(const std::vector<std::string>& args, const std::string& input, bool full) {
-  const std::string base = ::testing::TempDir() + "zpdate." + std::to_string(getpid());
-  const bool fromFile = !input.empty() && input[0] == '@';
-  if (!fromFile) std::ofstream(base + ".in", std::ios::binary) << input;
-  const std::string in = fromFile ? input.substr(1) : base + ".in";
-  const std::string out = full ? "/dev/full" : base + ".out", err = base + ".err";
-  std::vector<char*> argv{const_cast<char*>(ZP_ZPDATE_PATH)};
-  for (const std::string& a : args) argv.push_back(const_cast<char*>(a.c_str()));
-  argv.push_back(nullptr);
-  const pid_t child = fork();
-  if (child == 0) {
-    dup2(open(in.c_str(), O_RDONLY), 0);
-    dup2(open(out.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), 1);
-    dup2(open(err.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), 2);
-    execv(argv[0], argv.data());
-    _exit(127);
-  }
-  int status = 0;
-  waitpid(child, &status, 0);
-  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, full ? "" : slurp(out), slurp(err)};
+  return zptest::runZpdate(args, input, {}, "", full);
 }
 
 void expectJsonLines(const std::string& out, const std::string& where) {
@@ -138,7 +109,7 @@ TEST(Zpdate, LongLinesAcrossRefillsOnAnyNumberOfThreads) {
     EXPECT_EQ(r.out, expected) << jobs;
     EXPECT_EQ(r.err, messages) << jobs;
   }
-  const Outcome piped = zpdate({"-j2"}, input, false);  // a stream, read as it comes
+  const Outcome piped = zptest::runZpdate({"-j2"}, input, {zptest::Stdin::kPipe});  // a stream
   EXPECT_EQ(piped.out, expected);
   EXPECT_EQ(piped.err, messages);
   EXPECT_EQ(zpdate({"-j0", "-f", "-"}, "", false).status, 2);
