@@ -1,4 +1,6 @@
 // The record itself: reset, copy, SYSTEMTIME and tm exchange, calendar steps.
+#include <cstring>
+
 #include "services/internal/CivilDays.h"
 #include "time/TimeFunctions.h"
 #include "time/ZephalSysTime.h"
@@ -21,27 +23,15 @@ void ZephalSysTime::copyFrom(const ZephalSysTime& src) {
   m_isDst = src.m_isDst;
 }
 
+// The eight fields lie in SYSTEMTIME's order and widths at the start of both
+// (ZephalSysTime.h asserts it), so they copy as one block.
 void ZephalSysTime::toSYSTEMTIME(_SYSTEMTIME& st) const {
-  st.wYear = m_time.wYear;
-  st.wMonth = m_time.wMonth;
-  st.wDayOfWeek = m_time.wDayOfWeek;
-  st.wDay = m_time.wDay;
-  st.wHour = m_time.wHour;
-  st.wMinute = m_time.wMinute;
-  st.wSecond = m_time.wSecond;
-  st.wMilliseconds = m_time.wMilliseconds;
+  std::memcpy(&st, &m_time, sizeof m_time);
   st.nIsDst = m_isDst;
 }
 
 void ZephalSysTime::fromSYSTEMTIME(const _SYSTEMTIME& st, bool bLocal) {
-  m_time.wYear = st.wYear;
-  m_time.wMonth = st.wMonth;
-  m_time.wDayOfWeek = st.wDayOfWeek;
-  m_time.wDay = st.wDay;
-  m_time.wHour = st.wHour;
-  m_time.wMinute = st.wMinute;
-  m_time.wSecond = st.wSecond;
-  m_time.wMilliseconds = st.wMilliseconds;
+  std::memcpy(&m_time, &st, sizeof m_time);
   m_bLocal = bLocal;
   m_isDst = st.nIsDst;
 }

@@ -258,3 +258,8 @@ static_assert(sizeof(ZephalCalendarFields) == 16, "eight 16-bit fields");
 static_assert(sizeof(_SYSTEMTIME) == 20, "eight 16-bit fields, then nIsDst");
 static_assert(offsetof(_SYSTEMTIME, wMilliseconds) == 14, "SYSTEMTIME field order");
 static_assert(offsetof(_SYSTEMTIME, nIsDst) == 16, "nIsDst follows the eight fields");
+static_assert(offsetof(ZephalCalendarFields, wDayOfWeek) == offsetof(_SYSTEMTIME, wDayOfWeek) &&
+                  offsetof(ZephalCalendarFields, wDay) == offsetof(_SYSTEMTIME, wDay) &&
+                  offsetof(ZephalCalendarFields, wMilliseconds) ==
+                      offsetof(_SYSTEMTIME, wMilliseconds),
+              "the record's fields lie where SYSTEMTIME's do, so they copy as one block");
