@@ -59,9 +59,13 @@
 //   - a fraction of a second only after two-digit seconds: "17:34:0.1" is
 //     refused;
 //   - the RFC 5322 names (UT, UTC, GMT, EST ... PDT) have their RFC
-//     meaning; any other name is read only when tzdata gives it a single
-//     offset since 1970 (CET, JST, AST); a name with several (IST, BST) is
-//     refused unless a numeric offset follows it;
+//     meaning in the shapes of mail; where programs write their zone's
+//     abbreviation (date(1), Go's UnixDate, Java's Date.toString) and in
+//     the shapes people write, CST, CDT, PST and PDT are China's, Cuba's or
+//     the Philippines' as much, and refused unless a numeric offset follows;
+//     any other name is read only when tzdata and Java give it a single
+//     offset (CET, JST, BRT); a name with several (IST, BST, BDT) is refused
+//     unless a numeric offset follows it;
 //   - where the zone comes before the year (date(1)), the year ends the
 //     date: "Thu Mar 07 10:05:03 +0100 2024 -0800" is read at +0100;
 //   - a date alone, which RFC 5322 does not allow but people write, is
@@ -133,6 +137,9 @@ inline const char* readDayFirst(const char* p, int day, Reading& r) {
 // then the year; p just after the time, a zone after white space. The year
 // completes the date: what follows it is not read, a second zone included.
 inline const char* readZoneThenYear(const char* p, Reading& r) {
+  // These programs write their zone's abbreviation, CST in Shanghai as in
+  // Chicago: mail's meanings of the names do not hold here.
+  r.rfcZoneNames = false;
   p = readMailZone(p, r);
   if (!p) return nullptr;
   const char* q = skipCfws(p, r);
