@@ -18,7 +18,7 @@ inline constexpr char kDigitPairs[] =
 char* putDigitsAnyWidth(char* out, uint32_t value, unsigned minDigits);
 
 // Days, hours and the like take two digits, years four: those skip the loop
-// (BM_PathPutDigits: 7.9 ns instead of 17.3 ns an ISO 8601 timestamp, 2.19x).
+// (BM_PathPutDigits: 8.0 ns instead of 17.7 ns an ISO 8601 timestamp, 2.21x).
 inline char* putDigits(char* out, uint32_t value, unsigned minDigits) {
   if (!zp_fast::on(zp_fast::kPutDigits)) return putDigitsAnyWidth(out, value, minDigits);
   if (minDigits == 2 && value < 100) {
