@@ -84,7 +84,7 @@ bool loadText(const char* text, size_t size, const TextReading& how, Instant& ou
   }
   const bool noZone = value.m_bFromUnknownTimezone && !value.m_bLocal;
   if (noZone && inputZoneName() != nullptr) {
-    if (!checkFields(value.m_time, 60, why) || !fromInputZone(value, why)) return false;
+    if (!fromInputZone(value, why)) return false;
     out.readInZone = true;
   } else if (noZone && how.assumeLocal) {
     value.m_bLocal = true;

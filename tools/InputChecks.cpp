@@ -44,7 +44,6 @@ bool sameClock(const ZephalCalendarFields& a, const ZephalCalendarFields& b) {
 }  // namespace
 
 bool finish(const ZephalSysTime& loaded, Instant& out, std::string& why) {
-  if (!checkFields(loaded.m_time, 60, why)) return false;
   out.value = loaded;  // as copyFrom copies, without the call
   out.gmt = loaded;
   if (loaded.m_bLocal) {

@@ -35,8 +35,10 @@ bool refuseFormatted(std::string& why, const char* format, unsigned a, unsigned 
 // (60 lets a leap second through). "impossible date: month 13".
 bool checkFields(const ZephalCalendarFields& f, unsigned lastSecond, std::string& why);
 
-// The last step of every input: checks the loaded value and works out its
-// GMT reading into `out`.
+// The last step of every input, its fields real already (zpReadDate and the
+// module's numeric loads give no others; DOS words are checked first): works
+// out its GMT reading into `out`, refusing a skipped local time and years
+// outside 0001 to 9999.
 bool finish(const ZephalSysTime& loaded, Instant& out, std::string& why);
 
 // What the module's refusal of a text says to a user: "UTCTime: month out
