@@ -1,9 +1,8 @@
-// zpFormatDate against GNU date (tests/data/pattern_writes.tsv) and against
-// glibc's strftime on the conversions both take; zpWallClockOf against
-// localtime_r.
+// zpFormatDate against GNU date (tests/data/pattern_writes.tsv); the wall
+// clocks against localtime_r and mktime; and what zpFormatDate writes,
+// zpParseDate reads back.
 #include <time.h>
 
-#include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -59,109 +58,11 @@ TEST(PatternWrite, AsGnuDateWrites) {
     const bool gmt = row[0] == "GMT";
     if (!gmt && row[0] != currentTz()) continue;
     const ZephalWallClock clock = clockAt(toInt(row[1]), static_cast<int>(toInt(row[2])), !gmt);
-    const std::string layout = decodeField(row[3]);
-    EXPECT_EQ(written(layout, clock), decodeField(row[4]))
+    EXPECT_EQ(written(decodeField(row[3]), clock), decodeField(row[4]))
         << row[0] << " @" << row[1] << "." << row[2] << " layout " << row[3];
     ++compared;
   }
   EXPECT_GT(compared, 1000);
-}
-
-namespace {
-
-// Where GNU date's +FORMAT and glibc's strftime part ways on the conversions
-// both take; the table above holds date's answers for these.
-struct Divergence {
-  const char* layouts;  // space-separated
-  const char* why;
-};
-constexpr Divergence kDivergences[] = {
-    {"%-D %_D", "date hands %D's flag to its %y"},
-    {"%_z %3z %12z", "date pads the digits of an offset, glibc the sign and digits apart"},
-    {"%-% %_% %0% %^% %#% %3% %12% %E% %O%", "date copies a '%' with flags as written"},
-    {"%3F %12F", "date gives %F's width to its year"},
-    {"%3s %12s", "glibc pads %s to the width with spaces, date with zeros"},
-};
-
-bool diverges(const std::string& layout) {
-  for (const Divergence& d : kDivergences) {
-    const std::string list = std::string(" ") + d.layouts + " ";
-    if (list.find(" " + layout + " ") != std::string::npos) return true;
-  }
-  return false;
-}
-
-// Each conversion both take, alone, with each flag, with widths, with each
-// modifier. %s only for local values: glibc's reads any tm as local time.
-std::vector<std::string> sharedLayouts(bool local) {
-  const std::string conversions =
-      std::string("aAbBcCdDeFgGhHIjklmMnpPrRSTuUVwWxXyYzZ%") + (local ? "s" : "");
-  std::vector<std::string> layouts;
-  for (char c : conversions) {
-    for (const char* prefix : {"", "-", "_", "0", "^", "#", "3", "12", "E", "O"}) {
-      const std::string layout = std::string("%") + prefix + c;
-      if (!diverges(layout)) layouts.push_back(layout);
-    }
-  }
-  return layouts;
-}
-
-}  // namespace
-
-// Years 1000-9999: below them date pads %Y %G %C %F to four digits, glibc not.
-TEST(PatternWrite, AsStrftimeWrites) {
-  for (bool local : {false, true}) {
-    const std::vector<std::string> layouts = sharedLayouts(local);
-    for (long long t = -30610137600; t < 253386576000; t += 1234567891) {  // 1000-01-02 .. 9999-07
-      for (long long instant : {t, t + 86400 * 180}) {
-        SCOPED_TRACE(instant);
-        const time_t when = instant;
-        tm parts;
-        local ? localtime_r(&when, &parts) : gmtime_r(&when, &parts);
-        const ZephalWallClock clock = clockAt(instant, 0, local);
-        for (const std::string& layout : layouts) {
-          char text[128];
-          const size_t n = strftime(text, sizeof text, layout.c_str(), &parts);
-          ASSERT_EQ(written(layout, clock), std::string(text, n)) << layout;
-        }
-      }
-    }
-  }
-}
-
-TEST(PatternWrite, Divergences) {
-  // Each listed layout does differ somewhere, or the list is stale.
-  const ZephalWallClock clock = clockAt(-62003714097, 0, false);  // 0005-03-07 10:05:03
-  tm parts = gmtimeOf(-62003714097);
-  for (const Divergence& d : kDivergences) {
-    std::istringstream list(d.layouts);
-    for (std::string layout; list >> layout;) {
-      char text[128];
-      const size_t n = strftime(text, sizeof text, layout.c_str(), &parts);
-      const ZephalWallClock some =
-          layout.find('s') != std::string::npos ? clockAt(0, 0, false) : clock;
-      tm other = gmtimeOf(0);
-      char otherText[128];
-      const size_t m = strftime(otherText, sizeof otherText, layout.c_str(), &other);
-      EXPECT_TRUE(written(layout, clock) != std::string(text, n) ||
-                  written(layout, some) != std::string(otherText, m))
-          << layout << ": " << d.why;
-    }
-  }
-}
-
-// Names of the C locale, whatever LC_TIME says: a months and weekdays sweep
-// against strftime in the "C" locale this binary runs in.
-TEST(PatternWrite, NamesOfEveryMonthAndWeekday) {
-  for (int day = 0; day < 7 * 12 * 31; day += 5) {
-    const long long instant = 1704067200LL + day * 86400LL;  // from 2024-01-01
-    tm parts = gmtimeOf(instant);
-    char text[96];
-    const std::string layout =
-        "%a %A %b %B %^a %#B %p %P";  // a string: g++ warns of %^ in a literal
-    const size_t n = strftime(text, sizeof text, layout.c_str(), &parts);
-    EXPECT_EQ(written(layout, clockAt(instant, 0, false)), std::string(text, n));
-  }
 }
 
 // The GMT clock: fields as they stand, the weekday computed, "GMT"; a month
@@ -205,17 +106,6 @@ TEST(PatternWrite, LocalClocks) {
   }
 }
 
-// Padding of any size, in one piece: GNU date writes a field of width N as
-// N - 2 zeros and the day (the table holds widths to 70000).
-TEST(PatternWrite, WideFields) {
-  const ZephalWallClock clock = clockAt(1709802303, 0, false);
-  const std::string wide = written("%3000000d|%_3000000A", clock);
-  ASSERT_EQ(wide.size(), 6000001u);
-  EXPECT_EQ(wide.find_first_not_of('0'), 2999999u);
-  EXPECT_EQ(wide.substr(2999998, 4), "07| ");
-  EXPECT_EQ(wide.substr(wide.size() - 9), " Thursday");
-}
-
 // The layout ends at a zero byte; what the buffer held stays in front.
 TEST(PatternWrite, AppendsAndStopsAtZero) {
   const ZephalWallClock clock = clockAt(1709802303, 0, false);
@@ -224,4 +114,68 @@ TEST(PatternWrite, AppendsAndStopsAtZero) {
   EXPECT_STREQ(out.getString(), "x2024");
   EXPECT_TRUE(zpFormatDate(std::string_view(), clock, out));
   EXPECT_STREQ(out.getString(), "x2024");
+}
+
+// What zpFormatDate writes of instants 1901-2099 (where every TZ of the runs
+// has its rules), and around this run's clock changes, on the local and the
+// GMT clock, reads back by the layouts of tests/data/pattern_layouts.tsv: to
+// the instant ("instant"; the milliseconds where it keeps them), or to the
+// wall clock, zone unknown ("wall").
+TEST(PatternRoundTrip, WrittenTextsReadBack) {
+  std::vector<Row> layouts;
+  for (Row& r : readTable("pattern_layouts.tsv")) {
+    if (r[0] == "instant" || r[0] == "wall") layouts.push_back(std::move(r));
+  }
+  std::vector<long long> instants;
+  for (long long t = -2145916800; t < 4102444800; t += 86400 * 13 + 3607) instants.push_back(t);
+  for (long long t = 1710032400; t < 1710050400; t += 900) instants.push_back(t);  // 2024-03-10
+  for (long long t = 1711846800; t < 1711864800; t += 900) instants.push_back(t);  // 2024-03-31
+  for (long long t = 1730001600; t < 1730019600; t += 900) instants.push_back(t);  // 2024-10-27
+  for (long long t = 1730609000; t < 1730627000; t += 900) instants.push_back(t);  // 2024-11-03
+  int n = 0;
+  for (long long instant : instants) {
+    for (bool local : {true, false}) {
+      const ZephalWallClock clock = clockAt(instant, n++ * 7 % 1000, local);
+      for (const Row& l : layouts) {
+        if (clock.fields.wYear < toInt(l[2]) || clock.fields.wYear > toInt(l[3])) continue;
+        const std::string text = written(l[1], clock);
+        ZephalSysTime back;
+        ZephalTextError error;
+        ASSERT_TRUE(zpParseDate(text, l[1], back, error))
+            << l[1] << " <- " << text << ": " << error.reason << " at byte " << error.byte;
+        ZephalCalendarFields wall = clock.fields;
+        wall.wMilliseconds = l.size() > 4 ? wall.wMilliseconds : 0;
+        if (l[0] == "instant") {
+          ASSERT_EQ(back.toUnixTime_gmt64(), instant) << l[1] << " <- " << text;
+        } else {
+          ASSERT_EQ(fieldsOf(back), (Fields{wall.wYear, wall.wMonth, wall.wDay, wall.wHour,
+                                            wall.wMinute, wall.wSecond, wall.wDayOfWeek}))
+              << l[1] << " <- " << text;
+        }
+        ASSERT_EQ(back.m_time.wMilliseconds, wall.wMilliseconds) << l[1] << " <- " << text;
+        ASSERT_EQ(back.m_bFromUnknownTimezone, l[0] == "wall");
+      }
+    }
+  }
+}
+
+// The named layouts write what their comments show and read it back.
+TEST(PatternRoundTrip, NamedLayouts) {
+  const ZephalWallClock clock = clockAt(1709802303, 123, false);
+  const struct {
+    std::string_view layout;
+    const char* text;
+  } cases[] = {
+      {kZpLayoutRfc3339, "2024-03-07T09:05:03+00:00"},
+      {kZpLayoutRfc3339Millis, "2024-03-07T09:05:03.123+00:00"},
+      {kZpLayoutRfc1123, "Thu, 07 Mar 2024 09:05:03 GMT"},
+      {kZpLayoutDate, "Thu Mar  7 09:05:03 GMT 2024"},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(written(c.layout, clock), c.text);
+    ZephalSysTime back;
+    ZephalTextError error;
+    ASSERT_TRUE(zpParseDate(c.text, c.layout, back, error)) << c.text << ": " << error.reason;
+    EXPECT_EQ(back.toUnixTime_gmt64(), 1709802303) << c.text;
+  }
 }
